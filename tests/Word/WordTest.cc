@@ -1,0 +1,111 @@
+#include "Word.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "MagicWord.h"
+
+namespace vandrelle {
+namespace {
+
+std::string text(const WmWord& word) {
+  std::ostringstream os;
+  os << word;
+  return os.str();
+}
+
+// Makes a word and answers the message of the throw, "" if there is none.
+std::string failure(const std::string& letters, char* place) {
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    new (place) WmWord(letters.c_str());
+    return "";
+  }
+  environment.restore_env();
+  Exception* caught = ExceptionManager::instance()->pop();
+  std::ostringstream os;
+  os << caught;
+  EXPECT_TRUE(caught->isA("WmWord") && caught->isA("Wm"));
+  delete caught;
+  return os.str().substr(0, os.str().find(", line"));
+}
+
+TEST(Word, BytesAreLengthThenFoldedLetters) {
+  char place[8];
+  std::memset(place, '#', sizeof place);
+  const WmWord* word = new (place) WmWord("aZ@[9");
+  EXPECT_EQ(std::string(place, 8), "\005az@[9##");
+  EXPECT_EQ(word->num_bytes(), 6);
+  new (place) WmWord("aZ@[9", 1);
+  EXPECT_EQ(std::string(place, 8), "\005aZ@[9##");
+  for (int c = 0; c < 256; ++c) {
+    const char expected = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : static_cast<char>(c);
+    EXPECT_EQ(WmWord::AsciiToWm(static_cast<char>(c)), expected) << c;
+  }
+}
+
+TEST(Word, SixtyFourLettersFitAndNoMore) {
+  char place[65];
+  EXPECT_EQ(failure(std::string(64, 'x'), place), "");
+  EXPECT_EQ(static_cast<unsigned char>(place[0]), 64);
+  EXPECT_EQ(failure(std::string(65, 'x'), place),
+            "WmWordTooLarge: Word has too many letters [\"Word\"");
+  EXPECT_EQ(failure("", place), "");
+  EXPECT_FALSE(reinterpret_cast<WmWord*>(place)->valid());
+}
+
+TEST(Word, Collation) {
+  struct {
+    const char *left, *right;
+    int sign;
+  } cases[] = {{"ab", "abc", -1}, {"abc", "ab", 1},  {"ab", "ab", 0},    {"", "a", -1},
+               {"b", "abc", 1},   {"z", "\xe9", -1}, {"a'b", "aab", -1}, {"", "", 0},
+               {"9z", "a", -1},   {"abc", "abd", -1}};
+  for (const auto& c : cases) {
+    const WmLocalWord left(c.left), right(c.right);
+    const int order = WmWord::cmp(*left, *right);
+    EXPECT_EQ((order > 0) - (order < 0), c.sign) << c.left << " " << c.right;
+    EXPECT_EQ(*left == *right, c.sign == 0);
+    EXPECT_EQ(WmWord::FdCompareWords(left.word(), 1, right.word(), 99), order);
+    EXPECT_EQ(WmMagicWord(*left) < WmMagicWord(*right), c.sign < 0);
+    EXPECT_EQ(WmMagicWord(*left) == *right, c.sign == 0);
+  }
+}
+
+TEST(Word, CreatedWordsAreCopies) {
+  WmWord* empty = WmWord::Create("");
+  empty->num_letters(3);  // an empty word has room to become a short one
+  for (int i = 0; i < 3; ++i) empty->letter(i, 'Q');
+  WmWord* copy = WmWord::Create(*empty);
+  empty->makeInvalid();
+  EXPECT_EQ(text(*copy), "qqq");
+  EXPECT_EQ(text(*empty), "");
+  delete empty;
+  delete copy;
+}
+
+TEST(MagicWord, SharesAndReleases) {
+  WmMagicWord a("Word");
+  {
+    WmMagicWord b(a);
+    EXPECT_EQ(a.word(), b.word());
+    b = b.word();  // from inside its own buffer
+    EXPECT_NE(a.word(), b.word());
+    EXPECT_EQ(a, b);
+    b = a;
+    b = *&b;
+    EXPECT_EQ(a.word(), b.word());
+  }
+  EXPECT_EQ(text(*a), "word");
+  const WmMagicWord none(static_cast<const WmWord*>(nullptr));
+  EXPECT_FALSE(none.valid());
+  EXPECT_EQ(none.word(), nullptr);
+  EXPECT_TRUE(none < a && none == WmMagicWord() && none != *a);
+  a = none;
+  EXPECT_FALSE(a.valid());
+}
+
+}  // namespace
+}  // namespace vandrelle

@@ -1,0 +1,14 @@
+// Rewrites field values on their way out of the field database.
+#pragma once
+
+namespace vandrelle {
+
+class DcFieldFilter {
+ public:
+  virtual ~DcFieldFilter() = default;
+
+  // A new array that the caller owns, or null.
+  virtual char* filterText(const char* text, const char* fieldName) = 0;
+};
+
+}  // namespace vandrelle

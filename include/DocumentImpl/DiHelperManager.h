@@ -1,0 +1,22 @@
+// Helpers for applications that put together a HelperStruct of their own.
+#pragma once
+
+namespace vandrelle {
+
+class DiFileHandler;
+class DiHeaderParser;
+class DiSeparator;
+class TkLexer;
+
+// All results are new objects that the caller owns. With a non-zero
+// `defaultHeaders` the parser's usual header is listed for indexing.
+class DiHelperManager {
+ public:
+  static DiHeaderParser* HtmlHeaderParser(int defaultHeaders);
+  // `lexer`, not owned, finds the end of the first paragraph.
+  static DiHeaderParser* NetHeaderParser(TkLexer* lexer, int defaultHeaders);
+};
+
+DiFileHandler* BasicFileHandler();
+
+}  // namespace vandrelle

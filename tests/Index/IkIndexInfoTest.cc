@@ -1,0 +1,72 @@
+#include "Index/IkIndexInfo.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "Index/IkException.h"
+
+namespace vandrelle {
+namespace {
+
+std::string bytesOf(const std::string& path) {
+  std::ifstream is(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(is), {}};
+}
+
+std::string messageOfRead(const std::string& path) {
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    IkIndexInfo info;
+    info.read(path.c_str());
+    return "";
+  }
+  environment.restore_env();
+  Exception* caught = ExceptionManager::instance()->pop();
+  const std::string text = caught->isA("IO") ? caught->message() : "wrong family";
+  delete caught;
+  return text;
+}
+
+TEST(IkIndexInfo, KeepsTheLayoutOfItsFile) {
+  const std::string path = testing::TempDir() + "layout.info";
+  IkIndexInfo info;
+  info.numTerms = 0x01020304;
+  info.totalNumChunks = 2;
+  info.bufferSize = 32768;
+  info.minDocumentLength = 400.0f;
+  info.similarityVersion = -1;
+  info.numDeletedChunks = 9;
+  info.write(path.c_str());
+  const std::string expected(
+      "\1\2\3\4\0\0\0\2\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x80\0\x43\xC8\0\0\xFF\xFF\xFF\xFF\0\0\0\x9",
+      36);
+  EXPECT_EQ(bytesOf(path), expected);
+
+  // A file of the older layout, and what a rewrite makes of it.
+  std::ofstream(path, std::ios::binary) << expected.substr(0, 32);
+  IkIndexInfo old;
+  old.numDeletedChunks = 5;
+  old.read(path.c_str());
+  EXPECT_EQ(old.numTerms, 0x01020304);
+  EXPECT_EQ(old.minDocumentLength, 400.0f);
+  EXPECT_EQ(old.numDeletedChunks, 0);
+  old.write(path.c_str());
+  EXPECT_EQ(bytesOf(path).size(), 36u);
+}
+
+TEST(IkIndexInfo, RefusesWhatIsNoHeader) {
+  const std::string path = testing::TempDir() + "short.info";
+  std::remove(path.c_str());
+  EXPECT_EQ(messageOfRead(path), "Couldn't read index information from '" + path + "'");
+  for (std::size_t size : {0, 31, 33}) {
+    std::ofstream(path, std::ios::binary) << std::string(size, '\1');
+    EXPECT_NE(messageOfRead(path), "") << size;
+  }
+}
+
+}  // namespace
+}  // namespace vandrelle

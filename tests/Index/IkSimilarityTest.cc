@@ -1,0 +1,86 @@
+#include "Index/IkSimilarity.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "Word.h"
+
+namespace vandrelle {
+namespace {
+
+IkIndexInfo infoOf(int chunks, int deleted) {
+  IkIndexInfo info;
+  info.totalNumChunks = chunks;
+  info.numDeletedChunks = deleted;
+  info.minDocumentLength = 400.0f;
+  return info;
+}
+
+TEST(IkSimilarity, IdfCountsLiveDocumentsAndInverts) {
+  const IkIndexInfo info = infoOf(1010, 10);
+  IkSimilarity sim;
+  sim.bind(&info);
+  EXPECT_EQ(sim.IDF(1), static_cast<float>(std::log(1001.0)));
+  EXPECT_EQ(sim.IDF(1001), 0.0f);
+  // The table and the formula agree across the end of the table.
+  for (int df : {15, 16}) {
+    const float quotient = 1001.0f / static_cast<float>(df);
+    EXPECT_EQ(sim.IDF(df), static_cast<float>(std::log(static_cast<double>(quotient)))) << df;
+  }
+  for (int df = 1; df <= 1001; ++df) ASSERT_EQ(sim.InverseIDF(sim.IDF(df)), df);
+  EXPECT_EQ(sim.InverseIDF(100.0f), 0);
+  EXPECT_EQ(sim.InverseIDF(-100.0f), 0x7fffffff);
+}
+
+TEST(IkSimilarity, NormBytesAndFrequencyLimits) {
+  const IkIndexInfo info = infoOf(1000, 0);
+  IkSimilarity sim;
+  sim.bind(&info);
+  struct {
+    float length;
+    int byte;
+  } const cases[] = {{0, 0},     {-1, 0},    {1, 255},    {100, 255},
+                     {400, 255}, {401, 254}, {1600, 127}, {1e12f, 0}};
+  for (const auto& c : cases) EXPECT_EQ(sim.Norm2Byte(c.length), c.byte) << c.length;
+
+  EXPECT_EQ(sim.tfLimits[0], 65535);
+  EXPECT_EQ(sim.tfLimits[1], 65535);
+  EXPECT_EQ(sim.tfLimits[255], 5);  // 400 characters are 57 words
+  EXPECT_EQ(sim.TF(3, 255), std::sqrt(3.0f));
+  EXPECT_EQ(sim.TF(900, 255), std::sqrt(5.0f));
+  EXPECT_EQ(sim.TF(900, 1), 30.0f);
+  EXPECT_EQ(sim.NormalizedTF(1, 255), sim.normDecoder[255]);
+  EXPECT_EQ(sim.NormalizedTF(4, 127), 2.0f * sim.normDecoder[127]);
+}
+
+// A document so short that the density limit is below one occurrence.
+TEST(IkSimilarity, TooShortDocumentsCannotScore) {
+  IkIndexInfo info = infoOf(1000, 0);
+  info.minDocumentLength = 60.0f;
+  IkSimilarity sim;
+  sim.bind(&info);
+  EXPECT_EQ(sim.tfLimits[255], 0);
+  EXPECT_EQ(sim.NormalizedTF(1, 255), 0.0f);
+}
+
+TEST(IkSimilarity, LengthCountsASeparatorAWord) {
+  const WmLocalWord word("word");
+  float norm = 1.0f;
+  IkSimilarity::NormIncrement(norm, 3, word.word());
+  EXPECT_EQ(norm, 16.0f);
+  IkSimilarity::NormIncrement(norm, 3, 5.0f);
+  EXPECT_EQ(norm, 31.0f);
+}
+
+TEST(IkSimilarity, Coordination) {
+  IkSimilarity sim;
+  EXPECT_EQ(sim.Coord(2.0f, 1), 2.0f);
+  sim.CoordQueryLength(4);
+  EXPECT_EQ(sim.Coord(2.0f, 0), 0.0f);
+  EXPECT_EQ(sim.Coord(2.0f, 9), 2.0f * 0.95f);
+  EXPECT_EQ(sim.Coord(2.0f, 10), 2.0f);
+}
+
+}  // namespace
+}  // namespace vandrelle

@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds the release preset, indexes the web site in
+# examples/site and shows what came out. The index lies in out/demo/ afterwards,
+# for further looking with build/release/bin/vandrelleDump.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+"$project_dir/scripts/setup.sh"
+build release
+
+cd "$project_dir"
+programs=build/release/bin
+root=out/demo/site
+rm -rf out/demo
+mkdir -p out/demo
+
+# Without the two tables nothing is stemmed and no word is stopped.
+options=(-html)
+[[ -f build/release/table/stem.tbl ]] && options+=(-stem build/release/table/stem.tbl)
+[[ -f build/release/table/stop ]] && options+=(-stop build/release/table/stop)
+
+say "Indexing examples/site"
+echo "$programs/vandrelleIndex -R $root ${options[*]} examples/site"
+# A failed run says so on its standard output and still ends with status 0.
+said=$("$programs/vandrelleIndex" -R "$root" "${options[@]}" examples/site)
+[[ -z $said ]] || printf '%s\n' "$said"
+[[ $said != *VANDRELLEERROR* ]] || fail "indexing examples/site failed"
+grep -q '^Indexing Completed' "$root.log" || fail "$root.log does not end as a finished run does"
+
+say "The closing lines of $root.log"
+tail -n 12 "$root.log"
+
+dump() {
+  say "vandrelleDump -R $root $*"
+  "$programs/vandrelleDump" -R "$root" "$@"
+}
+dump
+dump words clo
+dump row bridge
+dump doc 0

@@ -18,10 +18,15 @@ class FixedTextStream : private std::streambuf, public std::ostream {
     rewind();
   }
 
-  // Starts a new text at position 0 and forgets an overflow of the former.
+  // Starts a new text at position 0 and forgets an overflow of the former, and its
+  // number formats.
   void rewind() {
     setp(buffer_, buffer_ + size_ - 1);
     clear();
+    flags(std::ios_base::skipws | std::ios_base::dec);
+    precision(6);
+    width(0);
+    fill(' ');
   }
 
   // The text so far, ended with a NUL. Valid until the next rewind().

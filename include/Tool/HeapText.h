@@ -1,0 +1,23 @@
+// Heap copies of NUL-terminated text, as they cross interfaces that hand over a
+// `char*`: made with new[], freed by the owner with delete[]. HeapAptr holds one
+// (or any other array) until the end of a scope.
+#pragma once
+
+#include <cstring>
+#include <memory>
+
+namespace vandrelle {
+
+// A copy of `text`; null for null.
+inline char* copyText(const char* text) {
+  if (text == nullptr) return nullptr;
+  const std::size_t bytes = std::strlen(text) + 1;
+  char* copy = new char[bytes];
+  std::memcpy(copy, text, bytes);
+  return copy;
+}
+
+template <typename T>
+using HeapAptr = std::unique_ptr<T[]>;
+
+}  // namespace vandrelle

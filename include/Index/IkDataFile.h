@@ -96,11 +96,11 @@ class IkDataFile {
   template <typename Action>
   static bool unpackPairs(const unsigned char* source, int sourceSize, Action&& action);
 
-  // The same with chunks mapped by `structureOf(doc_num)`; pairs in succession
-  // with the same structure are added up. The last sum is lost when a bad size
-  // mode ends the row.
-  template <typename StructureOf, typename Action>
-  static void unpackStructures(const unsigned char* source, int sourceSize,
+  // The same for the chunks that `isLive(doc_num)` accepts, mapped by
+  // `structureOf(doc_num)`; pairs in succession with the same structure are
+  // added up. The last sum is lost when a bad size mode ends the row.
+  template <typename IsLive, typename StructureOf, typename Action>
+  static void unpackStructures(const unsigned char* source, int sourceSize, IsLive&& isLive,
                                StructureOf&& structureOf, Action&& action);
 
  private:
@@ -161,13 +161,14 @@ bool IkDataFile::unpackPairs(const unsigned char* source, int sourceSize, Action
   return true;
 }
 
-template <typename StructureOf, typename Action>
-void IkDataFile::unpackStructures(const unsigned char* source, int sourceSize,
+template <typename IsLive, typename StructureOf, typename Action>
+void IkDataFile::unpackStructures(const unsigned char* source, int sourceSize, IsLive&& isLive,
                                   StructureOf&& structureOf, Action&& action) {
   bool pending = false;
   int current = 0;
   int sum = 0;
   const bool complete = unpackPairs(source, sourceSize, [&](int docNum, int frequency) {
+    if (!isLive(docNum)) return;
     const int structure = structureOf(docNum);
     if (pending && structure == current) {
       sum += frequency;

@@ -3,33 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <string>
 
-#include "Index/IkException.h"
+#include "IkTestTools.h"
 
 namespace vandrelle {
 namespace {
-
-std::string bytesOf(const std::string& path) {
-  std::ifstream is(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(is), {}};
-}
-
-std::string messageOfRead(const std::string& path) {
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    IkIndexInfo info;
-    info.read(path.c_str());
-    return "";
-  }
-  environment.restore_env();
-  Exception* caught = ExceptionManager::instance()->pop();
-  const std::string text = caught->isA("IO") ? caught->message() : "wrong family";
-  delete caught;
-  return text;
-}
 
 TEST(IkIndexInfo, KeepsTheLayoutOfItsFile) {
   const std::string path = testing::TempDir() + "layout.info";
@@ -47,7 +26,7 @@ TEST(IkIndexInfo, KeepsTheLayoutOfItsFile) {
   EXPECT_EQ(bytesOf(path), expected);
 
   // A file of the older layout, and what a rewrite makes of it.
-  std::ofstream(path, std::ios::binary) << expected.substr(0, 32);
+  writeBytes(path, expected.substr(0, 32));
   IkIndexInfo old;
   old.numDeletedChunks = 5;
   old.read(path.c_str());
@@ -60,11 +39,13 @@ TEST(IkIndexInfo, KeepsTheLayoutOfItsFile) {
 
 TEST(IkIndexInfo, RefusesWhatIsNoHeader) {
   const std::string path = testing::TempDir() + "short.info";
+  const std::string expected = "IkIO: Couldn't read index information from '" + path + "'";
   std::remove(path.c_str());
-  EXPECT_EQ(messageOfRead(path), "Couldn't read index information from '" + path + "'");
+  IkIndexInfo info;
+  EXPECT_EQ(thrownBy([&] { info.read(path.c_str()); }), expected);
   for (std::size_t size : {0, 31, 33}) {
-    std::ofstream(path, std::ios::binary) << std::string(size, '\1');
-    EXPECT_NE(messageOfRead(path), "") << size;
+    writeBytes(path, std::string(size, '\1'));
+    EXPECT_EQ(thrownBy([&] { info.read(path.c_str()); }), expected) << size;
   }
 }
 

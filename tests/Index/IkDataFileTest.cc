@@ -1,0 +1,207 @@
+#include "Index/IkDataFile.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+#include "Document/DcStructureMap.h"
+#include "IkTestTools.h"
+#include "Index/IkDataFileUnpacker.h"
+#include "Index/IkDeleter.h"
+
+namespace vandrelle {
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+using Pairs = std::vector<std::pair<int, int>>;
+
+Bytes packed(const std::vector<IkDocumentInfo>& row) {
+  Bytes bytes(row.size() * 8 + 16);
+  const int size = IkDataFile::packBuffer(row.data(), static_cast<int>(row.size()), bytes.data(),
+                                          static_cast<int>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(size));
+  return bytes;
+}
+
+Bytes packedDense(const std::vector<int>& row) {
+  Bytes bytes(row.size() * 8 + 16);
+  const int size = IkDataFile::packBuffer(row.data(), static_cast<int>(row.size()), bytes.data(),
+                                          static_cast<int>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(size));
+  return bytes;
+}
+
+class PairCollector : public IkDataFileUnpacker {
+ public:
+  void action(int doc_num, int doc_freq, float) override { pairs.emplace_back(doc_num, doc_freq); }
+  Pairs pairs;
+};
+
+class DeletesOddChunks : public IkDeleter {
+ public:
+  int isDeleted(int doc_num) override { return doc_num & 1; }
+  void deleteDocument(int) override {}
+  int numDeleted() override { return 0; }
+  void done() override {}
+  void freeze() override {}
+};
+
+class TenChunksAStructure : public DcStructureMap {
+ public:
+  int numChunks() override { return 0; }
+  int structure(int chunk, int, int*) override { return chunk / 10; }
+};
+
+Pairs unpacked(const Bytes& bytes, IkDeleter* deleter = nullptr, DcStructureMap* map = nullptr) {
+  PairCollector collector;
+  // An exact copy on the heap, so that a read past it shows.
+  const Bytes exact(bytes);
+  IkDataFile::unpackBuffer(exact.data(), static_cast<int>(exact.size()), 1.0f, &collector, deleter,
+                           map);
+  return collector.pairs;
+}
+
+TEST(IkDataFile, PacksByTheByte) {
+  const struct {
+    const char* what;
+    std::vector<IkDocumentInfo> row;
+    Bytes bytes;
+  } cases[] = {
+      {"one pair", {{0, 1}}, {0x80, 0x00}},
+      {"widest of 2 bytes", {{0x7EFE, 1}}, {0xFE, 0xFE}},
+      {"first of 3 bytes", {{0x7EFF, 1}}, {0xFF, 3, 0x80, 0x7E, 0xFF}},
+      {"widest of 3 bytes", {{0x7EFFFE, 2}}, {0xFF, 3, 0x7E, 0xFF, 0xFE, 2}},
+      {"first of 4 bytes", {{0x7EFFFF, 1}}, {0xFF, 4, 0x80, 0x7E, 0xFF, 0xFF}},
+      {"frequencies",
+       {{1, 127}, {2, 128}, {3, 255}, {4, 32767}},
+       {0, 1, 127, 0, 1, 0x80, 128, 0, 1, 0x80, 255, 0, 1, 0xFF, 0xFF}},
+      {"no frequency, no pair", {{1, 1}, {5, 0}, {9, 1}}, {0x80, 1, 0x80, 8}},
+      {"four gaps behind are too few",
+       {{200, 1}, {201, 1}, {202, 1}, {203, 1}, {204, 1}, {205, 1}},
+       {0x80, 200, 0x80, 1, 0x80, 1, 0x80, 1, 0x80, 1, 0x80, 1}},
+      {"five gaps behind narrow to 1 byte",
+       {{200, 1}, {201, 1}, {202, 1}, {203, 1}, {204, 1}, {205, 1}, {331, 1}},
+       {0x80, 200, 0xFF, 1, 0x81, 0x81, 0x81, 0x81, 0x81, 0xFE}},
+      {"three gaps behind narrow by 2",
+       {{0x10000, 1}, {0x10001, 1}, {0x10002, 1}, {0x10003, 1}, {0x10004, 1}},
+       {0xFF, 3, 0x81, 0, 0, 0xFF, 1, 0x81, 0x81, 0x81, 0x81}},
+      {"two gaps behind narrow by 3",
+       {{0x800000, 1}, {0x800001, 1}, {0x800002, 1}, {0x800003, 1}},
+       {0xFF, 4, 0x80, 0x80, 0, 0, 0xFF, 1, 0x81, 0x81, 0x81}},
+      {"a gap of 2 bytes behind forbids 1",
+       {{0x10000, 1}, {0x10001, 1}, {0x10002, 1}, {0x100FF, 1}, {0x10100, 1}, {0x10101, 1}},
+       {0xFF, 3, 0x81, 0, 0, 0x80, 0, 1, 0x80, 0, 1, 0x80, 0, 0xFD, 0x80, 0, 1, 0x80, 0, 1}},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(packed(c.row), c.bytes) << c.what;
+    std::vector<int> dense(static_cast<std::size_t>(c.row.back().chunk) + 1);
+    Pairs pairs;
+    for (const IkDocumentInfo& pair : c.row) {
+      dense[static_cast<std::size_t>(pair.chunk)] = pair.frequency;
+      if (pair.frequency != 0) pairs.emplace_back(pair.chunk, pair.frequency);
+    }
+    EXPECT_EQ(packedDense(dense), c.bytes) << c.what;
+    EXPECT_EQ(unpacked(c.bytes), pairs) << c.what;
+  }
+}
+
+TEST(IkDataFile, CutsFrequenciesWithALogLine) {
+  TestLog log;
+  EXPECT_EQ(packed({{7, 40000}}), (Bytes{0, 7, 0xFF, 0xFF}));
+  EXPECT_EQ(log.lines(), std::vector<std::string>{"0:Frequency count too large: 7 40000"});
+}
+
+TEST(IkDataFile, AsksForRoomBeforeEachEntry) {
+  const std::vector<IkDocumentInfo> two = {{1, 1}, {2, 1}};
+  unsigned char bytes[12];
+  EXPECT_EQ(IkDataFile::packBuffer(two.data(), 1, bytes, 9), -1);
+  EXPECT_EQ(IkDataFile::packBuffer(two.data(), 1, bytes, 10), 2);
+  EXPECT_EQ(IkDataFile::packBuffer(two.data(), 2, bytes, 11), -1);
+  EXPECT_EQ(IkDataFile::packBuffer(two.data(), 2, bytes, 12), 4);
+  const int dense[] = {1, 0};
+  EXPECT_EQ(IkDataFile::packBuffer(dense, 2, bytes, 11), -1);
+}
+
+TEST(IkDataFile, RandomRowsComeBack) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 50; ++round) {
+    std::vector<IkDocumentInfo> row;
+    Pairs pairs;
+    int chunk = -1;
+    int spread = 1;
+    for (int i = 0; i < 500; ++i) {
+      if (random() % 20 == 0) spread = 1 << random() % 14;
+      chunk += 1 + static_cast<int>(random() % static_cast<unsigned>(spread));
+      const int frequency = 1 + static_cast<int>(random() % 8 ? random() % 3 : random() % 32767);
+      row.push_back({chunk, frequency});
+      pairs.emplace_back(chunk, frequency);
+    }
+    const Bytes bytes = packed(row);
+    ASSERT_EQ(unpacked(bytes), pairs);
+    std::vector<int> dense(static_cast<std::size_t>(chunk) + 1);
+    for (const IkDocumentInfo& p : row) dense[static_cast<std::size_t>(p.chunk)] = p.frequency;
+    ASSERT_EQ(packedDense(dense), bytes);
+  }
+}
+
+TEST(IkDataFile, DeletedChunksMoveTheCountOn) {
+  DeletesOddChunks deleter;
+  const Bytes bytes = packed({{2, 1}, {3, 5}, {4, 2}, {21, 1}, {22, 3}});
+  EXPECT_EQ(unpacked(bytes, &deleter), (Pairs{{2, 1}, {4, 2}, {22, 3}}));
+  TenChunksAStructure map;
+  EXPECT_EQ(unpacked(bytes, nullptr, &map), (Pairs{{0, 8}, {2, 4}}));
+  EXPECT_EQ(unpacked(bytes, &deleter, &map), (Pairs{{0, 3}, {2, 3}}));
+}
+
+TEST(IkDataFile, BadSizeModesEndTheRow) {
+  TenChunksAStructure map;
+  for (const unsigned char mode : Bytes{0, 5, 255}) {
+    TestLog log;
+    EXPECT_EQ(unpacked({0x80, 1, 255, mode, 0x80, 1}), (Pairs{{1, 1}}));
+    EXPECT_EQ(unpacked({0x80, 1, 0x80, 9, 255, mode}, nullptr, &map), (Pairs{{0, 1}}));
+    EXPECT_EQ(log.lines(), (std::vector<std::string>(2, "0:Invalid size-mode while in datafile")));
+  }
+  TestLog log;
+  EXPECT_EQ(unpacked({0x80, 1, 255}), (Pairs{{1, 1}}));  // the mode itself is missing
+  EXPECT_EQ(log.lines().size(), 1u);
+}
+
+TEST(IkDataFile, RowsCutWithinAPairThrow) {
+  const Bytes whole = packed({{0x800000, 300}, {0x900000, 1}});
+  for (std::size_t size = 3; size < whole.size(); ++size) {
+    if (size == 8) continue;  // the end of the first pair
+    const Bytes part(whole.begin(), whole.begin() + static_cast<long>(size));
+    PairCollector collector;
+    collector.pairs.reserve(2);
+    EXPECT_NE(thrownBy([&] {
+                IkDataFile::unpackBuffer(part.data(), static_cast<int>(size), 1.0f, &collector,
+                                         nullptr, nullptr);
+              }),
+              "")
+        << size;
+  }
+}
+
+TEST(IkDataFile, UnpackersStayInTheirRows) {
+  int row[3] = {0, 5, 0};
+  IkDataFileAdditiveIntUnpacker adder(3, row);
+  adder.action(1, 2, 1.0f);
+  EXPECT_EQ(row[1], 7);
+  float weights[3];
+  const float sums[3] = {1.0f, 4.0f, 1.0f};
+  IkDataFileFloatUnpacker weigher(3, weights, sums);
+  weigher.zeroRow();
+  weigher.action(1, 3, 2.0f);
+  EXPECT_EQ(weights[1], 1.5f);
+  IkDataFileIntUnpacker setter(3, row);
+  IkDataFileUnpacker* const all[] = {&adder, &weigher, &setter};
+  for (IkDataFileUnpacker* unpacker : all) {
+    for (int chunk : {-1, 3}) {
+      EXPECT_NE(thrownBy([&] { unpacker->action(chunk, 1, 1.0f); }), "") << chunk;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vandrelle

@@ -125,12 +125,12 @@ TEST(IkDataFile, AsksForRoomBeforeEachEntry) {
 
 TEST(IkDataFile, RandomRowsComeBack) {
   std::mt19937 random(7);
-  for (int round = 0; round < 50; ++round) {
+  for (int round = 0; round < 20; ++round) {
     std::vector<IkDocumentInfo> row;
     Pairs pairs;
     int chunk = -1;
     int spread = 1;
-    for (int i = 0; i < 500; ++i) {
+    for (int i = 0; i < 300; ++i) {
       if (random() % 20 == 0) spread = 1 << random() % 14;
       chunk += 1 + static_cast<int>(random() % static_cast<unsigned>(spread));
       const int frequency = 1 + static_cast<int>(random() % 8 ? random() % 3 : random() % 32767);

@@ -1,0 +1,25 @@
+#include "Parser/PrMultiNode.h"
+
+#include <algorithm>
+
+namespace vandrelle {
+
+PrMultiBaseNode::PrMultiBaseNode(int numChildren)
+    : numChildren_(std::max(numChildren, 0)),
+      children_(static_cast<std::size_t>(numChildren_)),
+      childWeights_(static_cast<std::size_t>(numChildren_), 1.0f) {}
+
+void PrMultiBaseNode::normalize() {
+  float sum = 0;
+  for (const float weight : childWeights_) sum += weight;
+  for (float& weight : childWeights_) weight /= sum;
+}
+
+std::size_t PrMultiBaseNode::checked(int i) const {
+  if (i < 0 || i >= numChildren_) {
+    THROW(Pr, "A node with " << numChildren_ << " children has no child " << i << ".");
+  }
+  return static_cast<std::size_t>(i);
+}
+
+}  // namespace vandrelle

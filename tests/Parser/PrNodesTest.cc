@@ -1,0 +1,262 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+#include "Parser/PrAllNode.h"
+#include "Parser/PrAugmentNode.h"
+#include "Parser/PrBitVector.h"
+#include "Parser/PrManager.h"
+#include "Parser/PrMultiBoolean.h"
+#include "Parser/PrMultiMax.h"
+#include "Parser/PrRangeNode.h"
+#include "Parser/PrSparseNodeImpl.h"
+#include "Parser/PrThreshhold.h"
+
+namespace vandrelle {
+namespace {
+
+using Pairs = std::vector<std::pair<int, float>>;
+
+PrParserNode* sparse(const Pairs& pairs, int room = 8) {
+  auto* node = new PrSparseNodeImpl(room);
+  for (const auto& [doc, score] : pairs) node->add(doc, score);
+  node->sort();
+  return node;
+}
+
+// Everything the node answers, cut at `most` for nodes without end.
+Pairs read(PrParserNode& node, std::size_t most = 100) {
+  Pairs pairs;
+  node.forEach([&](int doc, float score) {
+    pairs.emplace_back(doc, score);
+    return pairs.size() < most;
+  });
+  return pairs;
+}
+
+TEST(PrSparseNodeImpl, KeepsTheBest) {
+  PrSparseNodeImpl node(3);
+  node.add(10, 1);
+  EXPECT_EQ(node.min(), 0);  // not full yet
+  node.add(7, 2);
+  node.add(9, 3);
+  EXPECT_EQ(node.min(), 1);
+  node.add(8, 4);
+  EXPECT_EQ(node.min(), 2);
+  node.add(6, 2);  // not above the lowest
+  node.sort();
+  EXPECT_EQ(read(node), (Pairs{{7, 2}, {8, 4}, {9, 3}}));
+  EXPECT_EQ(node.max(), 4);
+  node.sortByScore();
+  EXPECT_EQ(node.docNum(0), 8);
+  EXPECT_EQ(node.docNum(2), 7);
+  EXPECT_EQ(node.max(), 4);
+  node.zero();
+  node.sort();
+  EXPECT_EQ(read(node), Pairs{});
+  EXPECT_EQ(node.min(), 0);
+  EXPECT_EQ(node.max(), 0);
+}
+
+TEST(PrSparseNodeImpl, EqualLowestScoresGiveWayOneByOne) {
+  PrSparseNodeImpl node(3);
+  for (int doc = 1; doc <= 3; ++doc) node.add(doc, 1);
+  node.add(4, 5);
+  EXPECT_EQ(node.min(), 1);
+  node.add(5, 5);
+  node.add(6, 2);
+  EXPECT_EQ(node.min(), 2);
+  node.sort();
+  EXPECT_EQ(read(node), (Pairs{{4, 5}, {5, 5}, {6, 2}}));
+}
+
+TEST(PrSparseNodeImpl, NextFindsItsPlaceAgain) {
+  PrSparseNodeImpl node(8);
+  for (const int doc : {30, 0, 20}) node.add(doc, 1);
+  node.sort();
+  EXPECT_EQ(read(node), (Pairs{{0, 1}, {20, 1}, {30, 1}}));
+  int doc = 21;
+  float score = 0;
+  ASSERT_TRUE(node.next(&doc, &score));
+  EXPECT_EQ(doc, 30);
+  doc = 5;
+  ASSERT_TRUE(node.next(&doc, &score));  // backwards
+  EXPECT_EQ(doc, 20);
+  doc = 31;
+  EXPECT_FALSE(node.next(&doc, &score));
+  EXPECT_EQ(doc, 31);
+  EXPECT_EQ(node.score(20), 1);
+  EXPECT_EQ(node.score(19), 0);
+  node.add(25, 2);
+  node.sort();
+  EXPECT_EQ(node.score(25), 2);
+}
+
+TEST(PrSparseNodeImpl, NoRoom) {
+  PrSparseNodeImpl node(0);
+  node.add(1, 1);
+  node.sort();
+  EXPECT_EQ(read(node), Pairs{});
+  EXPECT_EQ(node.max(), 0);
+}
+
+TEST(PrScoreFunction, Combinations) {
+  float scores[] = {0.5f, 0.0f, 0.25f};
+  EXPECT_EQ(CombineAverage(scores, 3), 0.75f);
+  EXPECT_EQ(CombineNormalized(scores, 3), 0.625f);
+  EXPECT_EQ(CombineProduct(scores, 3), 0.125f);
+  EXPECT_EQ(CombineMax(scores, 3), 0.5f);
+  EXPECT_EQ(CombineMin(scores, 3), 0.0f);
+  EXPECT_EQ(CombineProduct(scores + 1, 1), 1.0f);
+  EXPECT_EQ(CombineMax(scores, 0), 0.0f);
+}
+
+Pairs readBoolean(PrMultiBoolean&& node, const std::vector<Pairs>& children) {
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    node.child(static_cast<int>(i), sparse(children[i]));
+  }
+  return read(node);
+}
+
+TEST(PrMultiBoolean, And) {
+  EXPECT_EQ(readBoolean(PrMultiAndNode(2, nullptr),
+                        {{{1, 1}, {3, 1}, {5, 1}, {9, 1}}, {{2, 2}, {3, 2}, {9, 2}, {11, 2}}}),
+            (Pairs{{3, 3}, {9, 3}}));
+  EXPECT_EQ(readBoolean(PrMultiAndNode(2, nullptr), {{{1, 1}}, {}}), Pairs{});
+  EXPECT_EQ(readBoolean(PrMultiAndNode(2, nullptr), {{{1, 1}}}), Pairs{});  // a child not set
+  EXPECT_EQ(readBoolean(PrMultiAndNode(0, nullptr), {}), Pairs{});
+}
+
+// At document 1 the second child is the one that holds it, yet the first
+// child's score of document 2 is what counts.
+TEST(PrMultiBoolean, OrKeepsTheEarlierChildrensScores) {
+  EXPECT_EQ(readBoolean(PrMultiOrNode(2, nullptr), {{{1, 1}, {4, 1}}, {{1, 2}, {3, 2}}}),
+            (Pairs{{1, 3}, {3, 1}, {4, 1}}));
+  EXPECT_EQ(readBoolean(PrMultiOrNode(2, CombineMax), {{{2, 7}}, {{1, 5}}}),
+            (Pairs{{1, 7}, {2, 7}}));
+  EXPECT_EQ(readBoolean(PrMultiOrNode(2, nullptr), {{{1, 1}}, {{2, 5}}}), (Pairs{{1, 1}, {2, 5}}));
+  EXPECT_EQ(readBoolean(PrMultiOrNode(2, nullptr), {}), Pairs{});
+}
+
+TEST(PrMultiBoolean, Weights) {
+  PrMultiAndNode node(2, nullptr);
+  node.child(0, sparse({{1, 1}}));
+  node.child(1, sparse({{1, 2}}));
+  node.childWeight(0, 1);
+  node.childWeight(1, 3);
+  node.normalize();
+  EXPECT_EQ(read(node), (Pairs{{1, 1.75f}}));
+}
+
+TEST(PrMultiBoolean, TooManyChildren) {
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    PrManager::And(21, nullptr);
+    FAIL() << "no throw";
+  } else {
+    environment.restore_env();
+    delete ExceptionManager::instance()->pop();
+  }
+  delete PrManager::Or(20, nullptr);
+}
+
+TEST(PrMultiMax, BestOfAll) {
+  PrMultiMax node(2, 3, 0.5f);
+  node.child(0, sparse({{1, 1}, {2, 0.6f}, {8, 4}}));
+  node.child(1, sparse({{1, 3}, {3, 4}}));
+  node.childWeight(1, 0.5f);
+  node.add(20, 3);
+  EXPECT_EQ(read(node), (Pairs{{3, 2}, {8, 4}, {20, 3}}));
+  node.add(15, 5);
+  EXPECT_EQ(read(node), (Pairs{{8, 4}, {15, 5}, {20, 3}}));
+}
+
+TEST(PrThreshhold, TwoValues) {
+  struct Case {
+    float above, below, threshhold;
+    int totaldocs;
+    Pairs child;
+    Pairs result;
+  };
+  const Pairs child{{1, 0.2f}, {2, 0.8f}, {4, 0.5f}};
+  const std::vector<Case> cases = {
+      {1, 0, 0.5f, 0, child, {{2, 1}}},
+      {1, 0, 0, 0, child, {{1, 1}, {2, 1}, {4, 1}}},
+      // absent documents count too
+      {1, 0.5f, 0.5f, 6, child, {{0, 0.5f}, {1, 0.5f}, {2, 1}, {3, 0.5f}, {4, 1}, {5, 0.5f}}},
+      {0, 0.1f, 0, 6, child, {{0, 0.1f}, {3, 0.1f}, {5, 0.1f}}},
+      {0, 0.1f, 0, 3, {}, {{0, 0.1f}, {1, 0.1f}, {2, 0.1f}}},
+      // the end is tested on the document asked for
+      {0, 0.1f, 0, 2, {{0, 1}, {1, 1}}, {{2, 0.1f}}},
+  };
+  for (const Case& c : cases) {
+    PrThreshhold node(c.above, c.below, c.threshhold, c.totaldocs);
+    node.child(sparse(c.child));
+    EXPECT_EQ(read(node), c.result) << c.above << ' ' << c.below << ' ' << c.totaldocs;
+  }
+}
+
+TEST(PrBitVector, WordEnds) {
+  PrBitVector node(129, 0.5f);
+  for (const int doc : {-1, 0, 63, 64, 128, 129, 1000}) node.add(doc);
+  EXPECT_EQ(read(node), (Pairs{{0, 0.5f}, {63, 0.5f}, {64, 0.5f}, {128, 0.5f}}));
+  EXPECT_TRUE(node.get(128));
+  EXPECT_FALSE(node.get(129));
+  EXPECT_FALSE(node.get(-1));
+  PrBitVector empty(0);
+  EXPECT_EQ(read(empty), Pairs{});
+}
+
+TEST(PrRangeAndAll, Bounds) {
+  EXPECT_EQ(read(*std::make_unique<PrRangeNode>(3, 5)), (Pairs{{3, 1}, {4, 1}, {5, 1}}));
+  EXPECT_EQ(read(*std::make_unique<PrRangeNode>(5, 3)), Pairs{});
+  EXPECT_EQ(read(*std::make_unique<PrAllNode>(2)), (Pairs{{0, 1}, {1, 1}}));
+}
+
+TEST(PrAugmentNode, Scales) {
+  const Pairs target{{1, 1}, {2, 1}};
+  const Pairs match{{2, 3}, {3, 1}};
+  PrAugmentNode plain(sparse(target), nullptr, 2, true, false);
+  EXPECT_EQ(read(plain), (Pairs{{1, 2}, {2, 2}}));
+  PrAugmentNode matched(sparse(target), sparse(match), 2, false, false);
+  EXPECT_EQ(read(matched), (Pairs{{1, 1}, {2, 2}}));
+  PrAugmentNode weighted(sparse(target), sparse(match), 2, true, false);
+  EXPECT_EQ(read(weighted), (Pairs{{1, 1}, {2, 6}}));
+  PrAugmentNode all(nullptr, sparse(match), 2, true, true);
+  EXPECT_EQ(read(all, 4), (Pairs{{0, 1}, {1, 1}, {2, 6}, {3, 2}}));
+  PrAugmentNode none(nullptr, sparse(match), 2, true, false);
+  EXPECT_EQ(read(none), Pairs{});
+}
+
+TEST(PrManager, Prints) {
+  std::ostringstream os;
+  std::unique_ptr<PrParserNode> node(sparse({{3, 0.5f}, {12, 2}}));
+  PrManager::print(node.get(), os);
+  EXPECT_EQ(os.str(), "         3 : 0.50000   \n        12 : 2.00000   \n");
+  os.str("");
+  PrManager::printSorted(node.get(), os);
+  EXPECT_EQ(os.str(),
+            "         3 : 0.50000   \t\t        12 : 2.00000   \n"
+            "        12 : 2.00000   \t\t         3 : 0.50000   \n");
+  os.str("");
+  PrManager::print(nullptr, os);
+  EXPECT_EQ(os.str().substr(0, 9), "NULL node");
+}
+
+TEST(PrManager, PrintSortedHasALimit) {
+  std::ostringstream sorted;
+  std::ostringstream plain;
+  std::unique_ptr<PrParserNode> node(PrManager::All(2001));
+  testing::internal::CaptureStderr();
+  PrManager::printSorted(node.get(), sorted);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Warning: exceeded compile-time limit for printSorted. Using normal print.\n");
+  PrManager::print(node.get(), plain);
+  EXPECT_EQ(sorted.str(), plain.str());
+}
+
+}  // namespace
+}  // namespace vandrelle

@@ -1,0 +1,29 @@
+// Lexers, token streams and stemmers: the interfaces, and the factories that
+// make the concrete ones. What a factory returns is the caller's, to be released
+// with `delete`.
+#pragma once
+
+#include <iosfwd>
+
+#include "Token/TkLexer.h"
+#include "Token/TkStemmer.h"
+#include "Token/TkTokenStream.h"
+#include "Token/TkWordPair.h"
+
+namespace vandrelle {
+
+class TkManager {
+ public:
+  static TkLexer* SimpleTextLexer();
+  // With `comments` not zero the text of comments counts as text.
+  static TkLexer* HtmlLexer(int comments);
+  static TkLexer* RTFLexer();
+
+  // Owns none of its three; reset() comes before the first token.
+  static TkTokenStream* SimpleStream(TkStemmer* stemmer, TkLexer* lexer, std::istream* is);
+
+  // Every word is its own stem.
+  static TkStemmer* NullStemmer();
+};
+
+}  // namespace vandrelle

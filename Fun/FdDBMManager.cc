@@ -1,0 +1,86 @@
+#include "Fun/FdDBMManager.h"
+
+#include <db_185.h>
+#include <fcntl.h>
+
+#include "Fun/FdBDBMTable.h"
+#include "Fun/FdException.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr int kPermissions = 0644;
+constexpr int kReadOnly = 2;
+
+const char* const kFailures[] = {"Could not open table ", "Could not create table ",
+                                 "Could not bind to table "};
+
+DB* opened(const char* name, int flags, DBTYPE type, const void* info) {
+  return name != nullptr ? dbopen(name, flags, kPermissions, type, info) : nullptr;
+}
+
+FdBag* tableOf(DB* database, const char* name, int mode) {
+  if (database == nullptr) THROW(DBM, kFailures[mode] << (name != nullptr ? name : ""));
+  return new FdBDBMTable(database);
+}
+
+}  // namespace
+
+int FdDBMManager::openMode(int mode) {
+  switch (mode) {
+    case 0:
+      return O_RDWR | O_CREAT;
+    case 1:
+      return O_RDWR | O_CREAT | O_TRUNC;
+    case kReadOnly:
+      return O_RDONLY;
+    default:
+      THROW(DBM, "Invalid table mode " << mode);
+  }
+}
+
+FdBag* FdDBMManager::Btree(const char* name, int mode) {
+  const int flags = openMode(mode);
+  return tableOf(opened(name, flags, DB_BTREE, nullptr), name, mode);
+}
+
+FdBag* FdDBMManager::Btree(const char* name, int mode, int cachsize, int psize, int minkeypage) {
+  const int flags = openMode(mode);
+  BTREEINFO info{};
+  info.cachesize = static_cast<decltype(info.cachesize)>(cachsize);
+  info.psize = static_cast<decltype(info.psize)>(psize);
+  info.minkeypage = minkeypage;
+  return tableOf(opened(name, flags, DB_BTREE, &info), name, mode);
+}
+
+FdBag* FdDBMManager::Hash(const char* name, int mode) {
+  const int flags = openMode(mode);
+  return tableOf(opened(name, flags, DB_HASH, nullptr), name, mode);
+}
+
+FdBag* FdDBMManager::Hash(const char* name, int mode, int bucksize, int cachsize, int fillfactor) {
+  const int flags = openMode(mode);
+  HASHINFO info{};
+  info.bsize = static_cast<decltype(info.bsize)>(bucksize);
+  info.cachesize = static_cast<decltype(info.cachesize)>(cachsize);
+  info.ffactor = static_cast<decltype(info.ffactor)>(fillfactor);
+  info.nelem = 1;
+  return tableOf(opened(name, flags, DB_HASH, &info), name, mode);
+}
+
+FdBag* FdDBMManager::Bind(const char* name) {
+  const int flags = openMode(kReadOnly);
+  DB* database = opened(name, flags, DB_HASH, nullptr);
+  if (database == nullptr) database = opened(name, flags, DB_BTREE, nullptr);
+  if (database == nullptr) {
+    THROW(DBM, "Failed to initialize DBM table" << (name != nullptr ? name : ""));
+  }
+  return new FdBDBMTable(database);
+}
+
+FdBag* FdDBMManager::Ndbm(const char*) {
+  THROW(DBMUnimpl, "FdBag* FdDBMManager::Ndbm(char*) is unimplemented in this class");
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,1 @@
+#include "Tool/SizeChecks.h"

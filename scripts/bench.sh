@@ -40,7 +40,7 @@ if [[ -n ${OPTIONS:-} ]]; then
 else
   options=(-html)
   [[ -f $tables/stem.tbl ]] && options+=(-stem "$tables/stem.tbl")
-  [[ -f $tables/stop ]] && options+=(-stop "$tables/stop")
+  [[ -f $tables/stop.ptr ]] && options+=(-stop "$tables/stop")
 fi
 
 out=$project_dir/out/bench

@@ -17,7 +17,7 @@ mkdir -p out/demo
 # Without the two tables nothing is stemmed and no word is stopped.
 options=(-html)
 [[ -f build/release/table/stem.tbl ]] && options+=(-stem build/release/table/stem.tbl)
-[[ -f build/release/table/stop ]] && options+=(-stop build/release/table/stop)
+[[ -f build/release/table/stop.ptr ]] && options+=(-stop build/release/table/stop)
 
 say "Indexing examples/site"
 echo "$programs/vandrelleIndex -R $root ${options[*]} examples/site"

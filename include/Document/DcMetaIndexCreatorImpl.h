@@ -64,7 +64,6 @@ class DcMetaIndexCreatorImpl : public DcMetaIndexCreator {
   DcRegexpTypeMap* builtInMap() const;
   void bindIndex();
   void createIndex();
-  void finishIndex();
 
   short info_;
   std::string root_;
@@ -79,6 +78,7 @@ class DcMetaIndexCreatorImpl : public DcMetaIndexCreator {
   std::unique_ptr<DcFieldFinder> defaultFieldFinder_;
   DcFieldFinder* fieldFinder_;
   std::unique_ptr<DcFieldsCreator> fieldDB_;
+  bool fieldsGood_ = false;                // fieldDB_ could be made
   std::unique_ptr<FdStream> fieldStream_;  // over the wanted fields; null when none
   std::unique_ptr<DcRegexpTypeMap> defaultTypeMap_;
   DcTypeMap* typeMap_;

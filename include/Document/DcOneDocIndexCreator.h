@@ -16,7 +16,7 @@ class DcOneDocIndexCreator : public DcFileIndexCreator {
   void setMembers() override;
 
  private:
-  int EditIndex(const char* fileName, std::ifstream* thisFile);
+  int EditIndex(const char* fileName, std::ifstream* thisFile, int32_t size);
 };
 
 }  // namespace vandrelle

@@ -1,0 +1,7 @@
+#include "DocumentImpl/PDFManager.h"
+
+namespace vandrelle {
+
+DEFINE_DESCRIPTOR(PDFManager);
+
+}  // namespace vandrelle

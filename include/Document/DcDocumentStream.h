@@ -1,9 +1,8 @@
 // The word streams of documents: blocks of a document's text go to the lexer.
 //
 // A text passes through one block of at most `bufsize` bytes; no document is
-// ever in memory whole. Blocks are handed to the lexer as runs of bytes; the
-// byte-wise operations give the same characters one at a time and define what
-// the runs must amount to.
+// ever in memory whole. Each block is offered to the lexer as one run of bytes;
+// the byte-wise operations give the same characters one at a time.
 #pragma once
 
 #include "Token/TkTokenStream.h"
@@ -34,13 +33,23 @@ class DcDocumentStream : public TkTokenStream {
   // test needs no special case.
   void partition(int numChars);
 
+  // Loads a new block, or the one in hand, with the document's bytes from `offset`.
+  void loadFirstBlock(long offset);
+  void loadBlock(long offset);
+
+  // Where in the block in hand the next character is.
+  int blockCharNum() const { return static_cast<int>(spanNext() - currentBlock_); }
+
   int numBlocks_ = 1;
   int blockNum_ = 0;  // blocks loaded so far
   int lastBlockSize_ = 0;
   int bufsize_ = 0;
-  int blockCharNum_ = 0;
   DcAsciiDocument* doc_ = nullptr;
   char* currentBlock_ = nullptr;
+
+ private:
+  void offerBlock();
+  void loadIfUsedUp();
 };
 
 // Reads field text first, then the body; the bytes of the header are skipped.
@@ -60,6 +69,9 @@ class DcHeaderDocumentStream : public DcDocumentStream {
   virtual int resetBody();
 
  private:
+  bool fieldsEnd() const;
+  int endFields();
+
   int headSize_;
   char* fieldsText_;
 };

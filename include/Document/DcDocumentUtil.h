@@ -14,9 +14,6 @@ class DcDocumentUtil {
   // Decimal form in a new array that the caller owns.
   static char* intToStr(int number);
 
-  // Copy in a new array that the caller owns; null for null.
-  static char* copyString(const char* text);
-
   // Big-endian integers. A read that fails answers -1.
   static void write_int32(std::ostream& os, int32 value);
   static void write_int16(std::ostream& os, std::int16_t value);

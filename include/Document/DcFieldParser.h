@@ -30,6 +30,8 @@ class DcFieldParser {
   void AddConstraintField(const char* fieldName);
   void AddFieldToBeIndexed(const char* fieldName, int frequency);
 
+  // Could any field be a constraint field?
+  bool hasConstraintFields() const { return allConstraint_ || ConstraintFieldTable_ != nullptr; }
   bool ConstraintField(const char* fieldName) const;
   // Stores how often the field is to be counted, if true.
   bool FieldToBeIndexed(const char* fieldName, int* frequency) const;

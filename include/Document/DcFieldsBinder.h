@@ -1,14 +1,14 @@
 // Reads the stored fields of an index.
 #pragma once
 
-#include <memory>
+#include "Tool/HeapText.h"
 
 namespace vandrelle {
 
 // One field as the binder hands it out.
 struct DcFieldInfo {
-  std::unique_ptr<char[]> name;
-  std::unique_ptr<char[]> value;
+  HeapAptr<char> name;
+  HeapAptr<char> value;
 };
 
 class DcFieldsBinder {

@@ -6,6 +6,9 @@
 //
 //   DcSourceStream   an std::ifstream: source files and record files
 //   DcListStream     an std::fstream that can only be read: file lists
+//
+// The window takes the place of the file buffer of the base, so is_open() and
+// close() of the base say and do nothing; deleting the stream closes the file.
 #pragma once
 
 #include <fstream>
@@ -28,7 +31,6 @@ class DcFileWindow final : public std::streambuf {
  protected:
   int_type underflow() override;
   std::streamsize xsgetn(char* to, std::streamsize count) override;
-  std::streamsize showmanyc() override;
   pos_type seekoff(off_type offset, std::ios_base::seekdir from,
                    std::ios_base::openmode mode) override;
   pos_type seekpos(pos_type position, std::ios_base::openmode mode) override;

@@ -1,0 +1,167 @@
+#include "DocumentImpl/DiWebCrawlerHeaderParser.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+
+#include "Document/DcHeaderDocument.h"
+#include "DocumentImpl/DiText.h"
+#include "Fun/FdBag.h"
+#include "Fun/FdDBMManager.h"
+#include "Tool/ByteOrder.h"
+#include "Tool/SysTools.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr char kCountKey[] = "numdocs";
+constexpr int kBindTable = 0;
+constexpr int kCreateTable = 1;
+constexpr long kTextAfterTitle = 256;
+constexpr long kLongestScan = 32000;
+constexpr std::size_t kLongestTitle = 255;
+constexpr int kUrlBlock = 128;
+
+// protocol TAB host TAB port TAB path, as an address; empty when a tab is missing.
+std::string addressOf(std::string_view line) {
+  std::string_view fields[3];
+  for (std::string_view& field : fields) {
+    const std::size_t tab = line.find('\t');
+    if (tab == line.npos) return {};
+    field = line.substr(0, tab);
+    line.remove_prefix(tab + 1);
+  }
+  std::string address(fields[0]);
+  address.append("://").append(fields[1]).append(":").append(fields[2]).append(line);
+  return address;
+}
+
+int readCount(FdBag* table) {
+  char count[4];
+  int size = sizeof count;
+  return table->find(kCountKey, sizeof kCountKey, count, &size) ? loadS32(count) : 0;
+}
+
+}  // namespace
+
+DiWebCrawlerHeaderParser::DiWebCrawlerHeaderParser(const char* root, int defaultHeaders)
+    : DiHtmlHeaderParser(defaultHeaders),
+      titleName_(std::string(root) + ".tit"),
+      urlName_(std::string(root) + ".url"),
+      lruName_(std::string(root) + ".lru") {}
+
+DiWebCrawlerHeaderParser::~DiWebCrawlerHeaderParser() {
+  if (create_ && urlTable_ != nullptr) {
+    char count[4];
+    storeS32(count, docNum_);
+    urlTable_->insert(kCountKey, sizeof kCountKey, count, sizeof count);
+  }
+  delete urlTable_;
+  delete lruTable_;
+  delete titleTable_;
+}
+
+void DiWebCrawlerHeaderParser::openTables() {
+  if (urlTable_ != nullptr) return;
+  const bool known = SysTools::fileExists(urlName_.c_str());
+  const int mode = known ? kBindTable : kCreateTable;
+  urlTable_ = FdDBMManager::Hash(urlName_.c_str(), mode);
+  lruTable_ = FdDBMManager::Hash(lruName_.c_str(), mode);
+  titleTable_ = FdDBMManager::Hash(titleName_.c_str(), mode);
+  if (known) docNum_ = readCount(urlTable_);
+}
+
+bool DiWebCrawlerHeaderParser::writeURL(const char* line) {
+  const std::string address = addressOf(line);
+  if (address.empty()) return false;
+  openTables();
+  char number[4];
+  storeS32(number, docNum_);
+  const int size = static_cast<int>(address.size()) + 1;
+  urlTable_->insert(number, sizeof number, address.c_str(), size);
+  lruTable_->insert(address.c_str(), size, number, sizeof number);
+  return true;
+}
+
+void DiWebCrawlerHeaderParser::writeTitle(const std::string& title) {
+  const std::string text = title.substr(0, std::min(title.find('<'), kLongestTitle));
+  char number[4];
+  storeS32(number, docNum_);
+  titleTable_->insert(number, sizeof number, text.c_str(), static_cast<int>(text.size()) + 1);
+}
+
+int DiWebCrawlerHeaderParser::FindEndOfHeaders(std::ifstream* thisFile, long docEnd) {
+  create_ = true;
+  const long start = thisFile->tellg();
+  DiLineReader line(*thisFile, kLine);
+  if (!line.next() || !writeURL(line.text())) return -1;
+
+  static constexpr std::string_view kTitle = "<title>";
+  static constexpr std::string_view kEnds[] = {"<body>", "</head>", "</title>"};
+  long ends[] = {-1, -1, -1};
+  long titleLineEnd = -1;
+  std::string title;
+  while (ends[0] < 0 && line.end() - start < kLongestScan && (docEnd == 0 || line.end() < docEnd) &&
+         (titleLineEnd < 0 || line.end() - titleLineEnd <= kTextAfterTitle) && line.next()) {
+    std::size_t from = 0;
+    if (titleLineEnd < 0) {
+      const std::size_t found = findIgnoringCase(line.view(), kTitle);
+      if (found == std::string_view::npos) continue;
+      from = found + kTitle.size();
+      titleLineEnd = line.end();
+    }
+    if (title.size() <= kLongestTitle && ends[2] < 0) title += line.view().substr(from);
+    for (std::size_t i = 0; i < std::size(kEnds); ++i) {
+      const std::size_t found = findIgnoringCase(line.view(), kEnds[i], from);
+      if (ends[i] < 0 && found != std::string_view::npos) {
+        ends[i] = line.begin() + static_cast<long>(found + kEnds[i].size());
+      }
+    }
+  }
+  int size = 0;
+  if (titleLineEnd < 0) {
+    seekTo(*thisFile, start);
+  } else {
+    writeTitle(title);
+    const long* end = std::find_if(ends, std::end(ends), [](long at) { return at >= 0; });
+    const long headerEnd = end == std::end(ends) ? line.end() : *end;
+    seekTo(*thisFile, headerEnd);
+    size = static_cast<int>(headerEnd - start);
+  }
+  ++docNum_;
+  return size;
+}
+
+int DiWebCrawlerHeaderParser::numDocs() {
+  if (urlTable_ != nullptr) return readCount(urlTable_);
+  if (!SysTools::fileExists(urlName_.c_str())) return 0;
+  FdBag* table = FdDBMManager::Bind(urlName_.c_str());
+  const int count = readCount(table);
+  delete table;
+  return count;
+}
+
+char* DiWebCrawlerHeaderParser::getHeader(DcHeaderDocument* doc, const char* header) {
+  if (header == nullptr || strcasecmp(header, "url") != 0) {
+    return DiHtmlHeaderParser::getHeader(doc, header);
+  }
+  if (!doc->sourceAvailable()) return nullptr;
+  const int total = doc->numCharacters();
+  std::string line;
+  for (int offset = 0; offset < total; offset += kUrlBlock) {
+    char block[kUrlBlock] = {};
+    const int size = std::min(kUrlBlock, total - offset);
+    if (doc->characters(offset, size, block) == nullptr) return nullptr;
+    const std::string_view text(block, static_cast<std::size_t>(size));
+    const std::size_t newline = text.find('\n');
+    line += text.substr(0, newline);
+    if (newline != text.npos) break;
+  }
+  const std::string address = addressOf(line);
+  return address.empty() ? nullptr : newText(address);
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,25 @@
+#include "Document/DcParagraphManager.h"
+
+#include "Token/TkLexer.h"
+
+namespace vandrelle {
+
+DEFINE_DESCRIPTOR(DcParagraphManager);
+
+DcParagraphManager::DcParagraphManager(DcAsciiDocument* doc, TkStemmer* stemmer, TkLexer* lexer,
+                                       int numSegments, int slideSize, int slideType)
+    : DcSegmentManager(doc, nullptr, stemmer, lexer, numSegments, slideSize, slideType,
+                       kParagraphEnd) {
+  lexer->reset();
+  scanText();
+}
+
+DcParagraphManager::DcParagraphManager(const char* buf, TkStemmer* stemmer, TkLexer* lexer,
+                                       int numSegments, int slideSize, int slideType)
+    : DcSegmentManager(nullptr, buf, stemmer, lexer, numSegments, slideSize, slideType,
+                       kParagraphEnd) {
+  lexer->reset();
+  scanText();
+}
+
+}  // namespace vandrelle

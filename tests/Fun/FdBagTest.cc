@@ -1,0 +1,225 @@
+#include "Fun/FdBag.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "Fun/FdException.h"
+#include "Fun/FdQueue.h"
+#include "Fun/FdStack.h"
+#include "Fun/FdTable.h"
+#include "Fun/FdWrapper.h"
+
+namespace vandrelle {
+namespace {
+
+// The message of what `action` throws, with its family: "Fd: text".
+template <typename Action>
+std::string thrownBy(Action action) {
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    action();
+    return "nothing";
+  }
+  environment.restore_env();
+  std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
+  return std::string(caught->name()) + ": " + caught->message();
+}
+
+std::string keysOf(FdBag* bag) {
+  std::string keys;
+  for (FdSStream walk(bag->iterator()); walk.more(); walk.next()) {
+    keys += walk.key();
+    keys += ' ';
+  }
+  return keys;
+}
+
+int backwards(const void* a, int, const void* b, int) {
+  return std::strcmp(static_cast<const char*>(b), static_cast<const char*>(a));
+}
+
+TEST(FdStack, LastInFirstOut) {
+  FdStack stack;
+  EXPECT_EQ(stack.getnext(nullptr, nullptr, nullptr, nullptr), 0);
+  stack.sort(backwards, 0);
+  FdSBag names(&stack, 0);
+  for (const char* name : {"one", "two", "three", "two"}) names.insert(name);
+  EXPECT_EQ(keysOf(&stack), "two three two one ");
+  EXPECT_TRUE(names.remove("two"));
+  EXPECT_EQ(keysOf(&stack), "three two one ");
+  stack.sort(backwards, 0);
+  EXPECT_EQ(keysOf(&stack), "two three one ");
+  char key[8];
+  int size = sizeof key;
+  EXPECT_EQ(stack.getnext(key, &size, nullptr, nullptr), 1);
+  EXPECT_STREQ(key, "two");
+  EXPECT_EQ(size, 4);
+}
+
+TEST(FdQueue, TailFollowsEveryRemoval) {
+  FdQueue queue;
+  FdSBag names(&queue, 0);
+  for (const char* name : {"a", "b", "c"}) names.insert(name);
+  EXPECT_TRUE(names.remove("c"));
+  names.insert("d");
+  EXPECT_EQ(keysOf(&queue), "a b d ");
+  for (const char* name : {"b", "d", "a"}) EXPECT_TRUE(names.remove(name));
+  EXPECT_TRUE(queue.isEmpty());
+  names.insert("e");
+  names.insert("c");
+  queue.sort(backwards, 0);
+  names.insert("z");
+  EXPECT_EQ(keysOf(&queue), "e c z ");
+  while (queue.getnext(nullptr, nullptr, nullptr, nullptr) == 1) {
+  }
+  names.insert("f");
+  EXPECT_EQ(keysOf(&queue), "f ");
+}
+
+TEST(FdBag, HashShiftsBitsAndTakesSignedBytes) {
+  struct Open : FdStack {
+    using FdStack::hash;
+  } bag;
+  EXPECT_EQ(bag.hash("", 0), 0);
+  EXPECT_EQ(bag.hash("ssss", 4), ('s' << 3) ^ ('s' << 2) ^ ('s' << 1) ^ 's');
+  EXPECT_EQ(bag.hash("abcde", 5),
+            (('a' << 3) ^ ('b' << 2) ^ ('c' << 1) ^ 'd' ^ ('e' << 3)) & 0xfff);
+  EXPECT_EQ(bag.hash("\xff", 1), 0xff8);
+}
+
+TEST(FdBag, SizesAreBounded) {
+  FdQueue queue;
+  const std::string fits(4091, 'k');
+  FdSBag names(&queue, 0);
+  names.insert(fits.c_str());
+  EXPECT_TRUE(names.find(fits.c_str()));
+  EXPECT_EQ(thrownBy([&] { names.insert((fits + "k").c_str()); }),
+            "FdPair: A key of 4093 bytes does not fit a pair; use at most 4092.");
+  EXPECT_EQ(thrownBy([&] { queue.insert("k", 2, fits.c_str(), 4093); }),
+            "FdPair: Data of 4093 bytes do not fit a pair; use at most 4092.");
+  EXPECT_EQ(thrownBy([&] { queue.insert(nullptr, 4, nullptr, 0); }),
+            "FdPair: Pair initialized with NULL key pointer");
+  EXPECT_EQ(queue.numElements(), 1);
+}
+
+TEST(FdBag, UnimplementedOperationsSaySo) {
+  struct Bare : FdList {
+    bool isEmpty() override { return true; }
+    void insert(const void*, int, const void*, int) override {}
+    bool remove(const void*, int, void*, int*) override { return false; }
+    bool find(const void*, int, void*, int*) override { return false; }
+    FdIterator* iterator() override { return nullptr; }
+  } bag;
+  const std::string end = " is unimplemented in this class";
+  std::stringstream stream;
+  EXPECT_EQ(thrownBy([&] { bag.numElements(); }), "FdUnimpl: int FdBag::numElements()" + end);
+  EXPECT_EQ(thrownBy([&] { stream >> &bag; }), "FdUnimpl: void FdBag::read(istream&)" + end);
+  EXPECT_EQ(thrownBy([&] { stream << &bag; }), "FdUnimpl: void FdBag::write(ostream&)" + end);
+  EXPECT_EQ(thrownBy([&] { bag.sort(backwards, 0); }),
+            "FdUnimpl: void FdList::sort(FdSortFunction)" + end);
+}
+
+TEST(FdBag, CopiesNoMoreThanThereIsRoomFor) {
+  FdStack stack;
+  const std::uint16_t number = 0x1234;
+  stack.insert("k", 2, &number, sizeof number);
+  unsigned char room[4] = {9, 9, 9, 9};
+  int size = sizeof room;
+  ASSERT_TRUE(stack.find("k", 2, room, &size));
+  EXPECT_EQ(size, 4);     // counted in words
+  EXPECT_EQ(room[2], 9);  // but not written
+  unsigned char one[1] = {0};
+  size = 1;
+  ASSERT_TRUE(stack.find("k", 2, one, &size));  // under the sanitizer: no overrun
+  size = 77;
+  EXPECT_FALSE(stack.find("q", 2, room, &size));
+  EXPECT_EQ(size, 77);
+}
+
+TEST(FdTable, SizesFollowTheHint) {
+  const int cases[][2] = {{2, 1}, {3, 1}, {8, 4}, {16, 8}, {31, 8}, {4096, 2048}, {8192, 2048}};
+  for (const auto& [hint, buckets] : cases) EXPECT_EQ(FdTable(hint).numBuckets(), buckets) << hint;
+  EXPECT_EQ(FdTable().numBuckets(), 16);
+  EXPECT_EQ(thrownBy([] { FdTable table(1); }).substr(0, 3), "Fd:");
+}
+
+TEST(FdTable, ReplacesAndCounts) {
+  FdSCBag<int> table(new FdTable(16));
+  for (int i = 0; i < 200; ++i) table.insert(std::to_string(i % 50).c_str(), i);
+  EXPECT_EQ(table.numElements(), 50);
+  int data = 0;
+  ASSERT_TRUE(table.find("7", data));
+  EXPECT_EQ(data, 157);
+  // Data of another size take the place, too.
+  table.bag()->insert("7", 2, "longer than an int", 19);
+  EXPECT_EQ(table.numElements(), 50);
+  char text[32];
+  int size = sizeof text;
+  ASSERT_TRUE(table.bag()->find("7", 2, text, &size));
+  EXPECT_STREQ(text, "longer than an int");
+  EXPECT_TRUE(table.remove("7"));
+  EXPECT_FALSE(table.remove("7"));
+  int sum = 0;
+  for (FdSCStream<int> walk(table.iterator()); walk.more(); walk.next()) sum += walk.data();
+  EXPECT_EQ(sum, (150 + 199) * 25 - 157);
+
+  FdCSBag<int> texts(new FdTable(8));
+  texts.insert(4, "four");
+  std::unique_ptr<char[]> found(texts.find(4));
+  EXPECT_STREQ(found.get(), "four");
+  EXPECT_EQ(texts.find(5), nullptr);
+}
+
+TEST(FdTable, WrittenFormIsARunOfPairs) {
+  FdTable table(128);  // 64 buckets
+  table.insert("ssss", 4, "0123456789ab", 12);
+  std::ostringstream os;
+  os << &table;
+  const int hash = 0x2c1;  // 115 << 3 ^ 115 << 2 ^ 115 << 1 ^ 115
+  const std::string expected = {static_cast<char>(hash >> 4), static_cast<char>((hash & 15) << 4),
+                                static_cast<char>(1 << 10 >> 8), 3};
+  EXPECT_EQ(os.str(), expected + "ssss0123456789ab" + std::string(4, '\0'));
+
+  table.insert("odd", 4, "xyz", 3);
+  std::stringstream written;
+  written << &table;
+  FdTable copy(4);
+  written >> &copy;
+  EXPECT_EQ(copy.numElements(), 2);
+  char data[4];
+  int size = sizeof data;
+  ASSERT_TRUE(copy.find("odd", 4, data, &size));
+  EXPECT_EQ(std::string(data, 4), std::string("xyz\0", 4));
+
+  // A stream that breaks off anywhere gives what was whole.
+  const std::string whole = written.str();
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    std::istringstream cut(whole.substr(0, length));
+    FdTable partial;
+    cut >> &partial;
+    EXPECT_LE(partial.numElements(), 2);
+  }
+}
+
+TEST(FdStack, WrittenFormKeepsTheOrder) {
+  FdStack stack;
+  FdQueue queue;
+  for (const char* key : {"p", "q", "r"}) stack.insert(key, 2, nullptr, 0);
+  std::stringstream written;
+  written << &stack << &queue << &stack;
+  FdStack stackCopy;
+  written >> &stackCopy;
+  EXPECT_EQ(keysOf(&stackCopy), "r q p ");
+  FdQueue queueCopy;
+  written >> &queueCopy;
+  EXPECT_TRUE(queueCopy.isEmpty());
+  EXPECT_EQ(queueCopy.readSome(written, 2), 2);
+  queueCopy.insert("z", 2, nullptr, 0);
+  EXPECT_EQ(keysOf(&queueCopy), "r q z ");
+}
+
+}  // namespace
+}  // namespace vandrelle

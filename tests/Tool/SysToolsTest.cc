@@ -1,0 +1,203 @@
+#include "Tool/SysTools.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "Tool/NameManager.h"
+#include "Tool/Timer.h"
+#include "Tool/ToolException.h"
+#include "Tool/VandrelleLog.h"
+#include "Tool/VersionControl.h"
+
+namespace vandrelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+template <typename Action>
+std::string thrownBy(Action action) {
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    action();
+    return "nothing";
+  }
+  environment.restore_env();
+  std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
+  return std::string(caught->name()) + ": " + caught->message();
+}
+
+class InDirectory : public testing::Test {
+ protected:
+  InDirectory()
+      : directory_(fs::temp_directory_path() / ("tool_test." + std::to_string(getpid()))) {
+    fs::create_directories(directory_);
+  }
+  ~InDirectory() override {
+    VandrelleLog::Logger(nullptr);
+    fs::remove_all(directory_);
+  }
+
+  std::string file(const std::string& name, const std::string& content) {
+    std::ofstream(directory_ / name, std::ios::binary) << content;
+    return (directory_ / name).string();
+  }
+  static std::string contentOf(const std::string& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+  }
+
+  fs::path directory_;
+};
+
+using SysToolsTest = InDirectory;
+using VandrelleLogTest = InDirectory;
+using VersionControlTest = InDirectory;
+
+TEST_F(SysToolsTest, MapModes) {
+  const std::string path = file("data", "0123456789");
+  int size = 0;
+  int fd = -1;
+  auto* shared = static_cast<char*>(SysTools::map(path.c_str(), 2, &size, &fd));
+  EXPECT_EQ(size, 10);
+  shared[0] = 'X';
+  EXPECT_EQ(contentOf(path), "X123456789");
+  close(fd);
+  SysToolsMapObject map(path.c_str(), 1, 0);
+  static_cast<char*>(map.addr())[1] = 'Y';
+  EXPECT_EQ(contentOf(path), "X123456789");
+  map.bind(path.c_str(), 3, 4);  // a given length is taken as it stands
+  EXPECT_EQ(map.len(), 4);
+  map.release();
+  map.release();
+  EXPECT_EQ(map.fd(), -1);
+  EXPECT_EQ(map.addr(), nullptr);
+}
+
+TEST_F(SysToolsTest, MapFailures) {
+  const std::string missing = (directory_ / "missing").string();
+  const std::string empty = file("empty", "");
+  SysToolsMapObject map;
+  EXPECT_EQ(thrownBy([&] { map.bind(missing.c_str(), 5, 0); }), "SysTools: map(): invalid mode");
+  EXPECT_EQ(thrownBy([&] { map.bind(missing.c_str(), 0, 0); }),
+            "SysTools: couldn't open() file \"" + missing + "\": No such file or directory");
+  EXPECT_EQ(thrownBy([&] { map.bind(empty.c_str(), 0, 0); }),
+            "SysTools: mmap failed: Invalid argument");
+  EXPECT_EQ(thrownBy([] { SysTools::getLimit(3); }), "SysTools: Invalid resource type");
+}
+
+TEST_F(SysToolsTest, RemovesFilesByExpression) {
+  for (const char* name : {"a.tmp1", "b.tmp", "tmp.c", "keep"}) file(name, "");
+  std::ostringstream said;
+  VandrelleLogIostream log(&said);
+  VandrelleLog::Logger(&log);
+  EXPECT_EQ(SysTools::removeFiles(directory_.c_str(), "\\.tmp"), 2);
+  EXPECT_EQ(SysTools::removeFiles((directory_ / "").c_str(), "^tmp"), 1);
+  EXPECT_EQ(SysTools::removeFiles(directory_.c_str(), "(unclosed"), 0);
+  said.str("");
+  EXPECT_EQ(SysTools::removeFiles("/nonexistent", "."), 0);
+  EXPECT_EQ(said.str(), "Warning: directory /nonexistent can't be opened for reading\n\n");
+  EXPECT_TRUE(SysTools::fileExists((directory_ / "keep").c_str()));
+}
+
+TEST_F(SysToolsTest, FreeSpaceWritesAndCleansUp) {
+  file("a3q", "taken");
+  const std::string root = (directory_ / "root").string();
+  EXPECT_TRUE(SysTools::freeSpace(root.c_str(), 33));
+  EXPECT_TRUE(SysTools::freeSpace(root.c_str(), 0));
+  EXPECT_EQ(std::distance(fs::directory_iterator(directory_), fs::directory_iterator()), 1);
+  EXPECT_FALSE(SysTools::freeSpace((std::string(1015, 'x')).c_str(), 1));
+  EXPECT_FALSE(SysTools::freeSpace((directory_ / "none" / "root").c_str(), 1));
+}
+
+// A device of 40 kilobytes, made by a limit on the size of files.
+TEST_F(SysToolsTest, FreeSpaceFindsTheEndOfTheDevice) {
+  const std::string root = (directory_ / "root").string();
+  rlimit old;
+  getrlimit(RLIMIT_FSIZE, &old);
+  const rlimit small{32 * 1024, old.rlim_max};
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &small);
+  const bool fits = SysTools::freeSpace(root.c_str(), 32);
+  const bool tooMuch = SysTools::freeSpace(root.c_str(), 33);
+  setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, oldHandler);
+  EXPECT_TRUE(fits);
+  EXPECT_FALSE(tooMuch);
+  EXPECT_TRUE(fs::is_empty(directory_));
+}
+
+TEST(SysToolsDeathTest, OutOfMemoryEndsTheRun) {
+  EXPECT_EXIT(SysTools::memoryError(), testing::ExitedWithCode(255),
+              "Out of memory! Exiting\\.\\.\\.\n");
+}
+
+TEST(NameManager, SuffixesShareOneBuffer) {
+  NameManager name("some/root", 5);
+  char* first = name.suffix(".log");
+  EXPECT_STREQ(first, "some/root.log");
+  const std::unique_ptr<char[]> copy(name.copySuffix(".prog"));
+  EXPECT_STREQ(copy.get(), "some/root.prog");
+  EXPECT_STREQ(name.suffix(nullptr), "some/root");
+  EXPECT_STREQ(first, "some/root");
+  EXPECT_EQ(thrownBy([&] { name.suffix(".progs"); }), "NameManager: Suffix is too large");
+  name.base("x");
+  EXPECT_STREQ(name.suffix(".12345" + 1), "x12345");
+}
+
+TEST_F(VandrelleLogTest, TypesGoToTheirStreams) {
+  std::ostringstream standard;
+  std::ostringstream errors;
+  VandrelleLogIostream log(&standard);
+  LOG(0, 0, "nobody listens");
+  VandrelleLog::Logger(&log);
+  log.stream(0, &errors);
+  log.stream(1, &errors);
+  log.stream(1, nullptr);
+  LOG(0, 0, "error " << std::hex << 255);
+  LOG(1, 1, "progress");
+  LOG(2, 1, "entry " << 255);
+  LOG(2, 1, std::string(300, 'x'));
+  LOG(2, 1, "short");
+  EXPECT_EQ(errors.str(), "error ff\n");
+  EXPECT_EQ(standard.str(), "entry 255\n" + std::string(255, 'x') + "\nshort\n");
+}
+
+TEST(Timer, PrintsWhatHasPassed) {
+  std::unique_ptr<Timer> timer(Timer::Create());
+  timer->reset();
+  for (int run = 0; run < 2; ++run) {
+    timer->start();
+    usleep(2000);
+    timer->stop();
+  }
+  EXPECT_GE(timer->seconds() * 1000 + timer->mseconds(), 4);
+  std::ostringstream text;
+  timer->reset();
+  text << timer.get();
+  EXPECT_EQ(text.str(), "0 secs, 0 msecs");
+}
+
+TEST_F(VersionControlTest, StampsAreBigEndianWords) {
+  const std::string root = (directory_ / "root").string();
+  EXPECT_EQ(VersionControl::getVersion(root.c_str(), 2), 0);
+  EXPECT_EQ(contentOf(root + ".ver"), std::string(12, '\0'));
+  VersionControl::setVersion(root.c_str(), 1, 0x01020304);
+  EXPECT_EQ(contentOf(root + ".ver"), std::string("\0\0\0\0\1\2\3\4\0\0\0\0", 12));
+  EXPECT_EQ(VersionControl::getVersion(root.c_str(), 1), 0x01020304);
+  EXPECT_EQ(VersionControl::getVersion(root.c_str(), 3), 0);
+  EXPECT_EQ(VersionControl::getVersion(root.c_str(), -1), 0);
+  EXPECT_EQ(thrownBy([] { VersionControl::getVersion("/nonexistent/x", 0); }),
+            "Version: could not create /nonexistent/x.ver");
+}
+
+}  // namespace
+}  // namespace vandrelle

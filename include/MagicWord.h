@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "Fun/FdMap.h"
 #include "Word.h"
 
 namespace vandrelle {
@@ -74,5 +75,16 @@ class WmMagicWord {
 };
 
 using WmSmartWord = WmMagicWord;
+
+// As map keys words hash as many bytes as they have letters, from the length byte
+// on: the last letter takes no part, and must not, or maps would be walked in
+// another order.
+template <>
+struct FdMapHash<WmMagicWord> {
+  static int hash(const WmMagicWord& key, int numBuckets) {
+    const WmWord* word = key.word();
+    return FdMapHashImpl(word, word != nullptr ? word->num_letters() : 0, numBuckets);
+  }
+};
 
 }  // namespace vandrelle

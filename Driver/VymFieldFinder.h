@@ -66,6 +66,7 @@ class VymFieldFinder : public DcFieldFinder {
   TkStemmer* stemmer_ = nullptr;
   VymFileToURLMapper* mapper_ = nullptr;
   std::unique_ptr<std::string> sroot_;
+  bool qualityMissed_ = false;  // the log has been told
   // For cutting a text into sentences; neither is asked for a word.
   std::unique_ptr<TkStemmer> nullStemmer_;
   std::unique_ptr<TkLexer> textLexer_;

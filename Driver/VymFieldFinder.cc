@@ -1,0 +1,234 @@
+#include "Driver/VymFieldFinder.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+#include "Document/DcHeaderDocument.h"
+#include "Document/DcSentenceManager.h"
+#include "Document/DcSimpleDocument.h"
+#include "Summary/PiHtmlSummarizeOperator.h"
+#include "Token.h"
+#include "Tool/HeapText.h"
+#include "Tool/VandrelleLog.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr char kMetaDescription[] =
+    "[Mm][Ee][Tt][Aa][ \t\n\r]+[Nn][Aa][Mm][Ee][ \t\n\r]*=[ \t\n\r]*"
+    ".*[Dd][Ee][Ss][Cc][Rr][Ii][Pp][Tt][Ii][Oo][Nn].*[ \t\n\r]+"
+    "[Cc][Oo][Nn][Tt][Ee][Nn][Tt][ \t\n\r]*=[ \t\n\r]*.*";
+
+constexpr char kUntitled[] = "(Untitled)";
+constexpr char kNoSummary[] = "(No Summary)";
+
+constexpr int kReadLimit = 0x13FFF;
+constexpr std::size_t kShortestText = 5;
+constexpr int kShortestSentence = 3;
+constexpr int kCutFromLastSentence = 3;
+
+constexpr int kFirstLineLimit = 4096;
+constexpr int kSpiderTabs = 3;
+
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+// Up to `limit` bytes from the start of the document, ended with a zero; null if
+// there is nothing or the source is gone.
+HeapAptr<char> textFromTop(DcAsciiDocument* doc, int limit) {
+  const int size = std::min(doc->numCharacters(), limit);
+  if (size <= 0) return nullptr;
+  auto text = std::make_unique<char[]>(static_cast<std::size_t>(size) + 1);
+  if (doc->characters(0, size, text.get()) == nullptr) return nullptr;
+  return text;
+}
+
+// The first tag whose name begins with an m, or null.
+const char* nextMeta(const char* text) {
+  for (const char* p = std::strchr(text, '<'); p != nullptr; p = std::strchr(p + 1, '<')) {
+    if (p[1] == 'm' || p[1] == 'M') return p;
+  }
+  return nullptr;
+}
+
+const char* findIgnoringCase(const char* text, std::string_view word) {
+  for (; *text != '\0'; ++text) {
+    if (strncasecmp(text, word.data(), word.size()) == 0) return text;
+  }
+  return nullptr;
+}
+
+// The text may end in the middle of a word, so its last sentence loses what
+// stands behind its last white space, and 3 characters at least.
+void cutLastSentence(std::string& sentence) {
+  std::size_t cut = sentence.size() - kCutFromLastSentence;
+  while (cut > 0 && !isBlank(sentence[cut - 1])) --cut;
+  sentence.resize(cut);
+  sentence += "...";
+}
+
+}  // namespace
+
+VymFieldFinder::VymFieldFinder(int summaryMode, int numSummarySentences)
+    : summaryMode_(summaryMode),
+      numSummarySentences_(numSummarySentences),
+      metareg_(kMetaDescription),
+      nullStemmer_(TkManager::NullStemmer()),
+      textLexer_(TkManager::SimpleTextLexer()) {}
+
+VymFieldFinder::~VymFieldFinder() = default;
+
+void VymFieldFinder::sroot(const char* root) {
+  sroot_ = root == nullptr ? nullptr : std::make_unique<std::string>(root);
+}
+
+char* VymFieldFinder::getSpecialField(DcDocument* doc, const char*, const char* field) {
+  const std::string_view name = field;
+  if (name == "title") return getTitle(doc);
+  if (name == "url") return getURL(doc);
+  if (name == "summary") return getSummary(doc);
+  return nullptr;
+}
+
+char* VymFieldFinder::getURL(DcDocument* doc) {
+  HeapAptr<char> name(doc->documentName());
+  if (mapper_ == nullptr || name == nullptr) return name.release();
+  return mapper_->mapFilename(name.get());
+}
+
+char* VymFieldFinder::getTitle(DcDocument* doc) {
+  DcHeaderDocument* page = DESCRIPTOR_CAST(DcHeaderDocument, doc);
+  char* title = page == nullptr ? nullptr : page->getHeader("title");
+  return title == nullptr ? copyText(kUntitled) : removeNewLines(title);
+}
+
+char* VymFieldFinder::getSummary(DcDocument* doc) {
+  if (summaryMode_ == 0) return copyText(kNoSummary);
+  DcHeaderDocument* page = DESCRIPTOR_CAST(DcHeaderDocument, doc);
+  if (page == nullptr) return copyText(kNoSummary);
+  const HeapAptr<char> text = textFromTop(page, kReadLimit);
+  if (text == nullptr || std::strlen(text.get()) < kShortestText) return copyText(kNoSummary);
+  char* summary = getDescription(text.get());
+  if (summary == nullptr) {
+    // A header larger than what is read, or of unknown size.
+    const int bodyStart =
+        std::clamp(page->HeadSize(), 0, std::min(page->numCharacters(), kReadLimit));
+    const HeapAptr<char> body = PiHtmlSummarizeOperator::Html2Ascii(text.get() + bodyStart, -1);
+    summary = summarize(body.get());
+  }
+  return summary == nullptr ? copyText(kNoSummary) : removeNewLines(summary);
+}
+
+char* VymFieldFinder::summarize(const char* text) {
+  switch (summaryMode_) {
+    case 1:
+      return firstSentences(text);
+    case 2:
+      return qualitySummary(text);
+    default:
+      return nullptr;
+  }
+}
+
+char* VymFieldFinder::qualitySummary(const char* text) {
+  if (!qualityMissed_) {
+    LOG(0, 0,
+        "Quality summaries are not available yet; the first sentences of each document are used.");
+    qualityMissed_ = true;
+  }
+  return firstSentences(text);
+}
+
+char* VymFieldFinder::firstSentences(const char* text) {
+  DcSentenceManager sentences(text, nullStemmer_.get(), textLexer_.get(), 1, 0, 0);
+  const int count = sentences.numDocuments();
+  const int wanted = std::min(count, numSummarySentences_);
+  if (wanted <= 0) return nullptr;
+  std::string summary;
+  for (int i = 0; i < wanted; ++i) {
+    const std::unique_ptr<DcDocument> doc(sentences.documentNum(i));
+    const auto* sentence = static_cast<const DcSimpleDocument*>(doc.get());
+    const int size = sentence->numCharacters();
+    if (size < kShortestSentence) continue;
+    std::string kept(sentence->buffer(), static_cast<std::size_t>(size));
+    if (i == count - 1) cutLastSentence(kept);
+    summary += kept;
+    summary += "  ";
+  }
+  return copyText(summary.c_str());
+}
+
+// The expression is searched for, not anchored, in all of the text behind a tag:
+// a description further on makes the first tag of the page match, whichever it
+// is, and the value comes from the first "content" behind that tag. And where no
+// description follows the first tag none follows a later one, so the text is
+// searched once, however many tags it has.
+char* VymFieldFinder::getDescription(const char* buffer) {
+  const char* tag = nextMeta(buffer);
+  if (tag == nullptr || !metareg_.matches(tag)) return nullptr;
+  const char* content = findIgnoringCase(tag, "CONTENT");
+  const char* equals = content == nullptr ? nullptr : std::strchr(content, '=');
+  if (equals == nullptr) return nullptr;
+  const char* value = equals + 1;
+  std::size_t size = std::strcspn(value, "<>");
+  // The quote that closes the value; without quotes its last character is lost.
+  if (size > 0) --size;
+  auto description = std::make_unique<char[]>(size + 1);
+  std::transform(value, value + size, description.get(),
+                 [](char c) { return c == '"' || c == '>' ? ' ' : c; });
+  return description.release();
+}
+
+char* VymFieldFinder::removeNewLines(char* buffer) {
+  if (buffer == nullptr) return nullptr;
+  for (char* p = buffer + std::strcspn(buffer, "\n\r\t\f"); *p != '\0';
+       p += std::strcspn(p, "\n\r\t\f")) {
+    *p = ' ';
+  }
+  return buffer;
+}
+
+char* VymSpiderFieldFinder::getURL(DcDocument* doc) {
+  DcHeaderDocument* page = DESCRIPTOR_CAST(DcHeaderDocument, doc);
+  if (page == nullptr) return nullptr;
+  const HeapAptr<char> text = textFromTop(page, kFirstLineLimit);
+  const char* lineEnd = text == nullptr ? nullptr : std::strchr(text.get(), '\n');
+  if (lineEnd == nullptr) return nullptr;
+  const std::string_view line(text.get(), static_cast<std::size_t>(lineEnd - text.get()));
+
+  // The path is the rest of the line and may hold more tabs.
+  std::string_view fields[kSpiderTabs + 1];
+  std::size_t begin = 0;
+  for (int i = 0; i < kSpiderTabs; ++i) {
+    const std::size_t tab = line.find('\t', begin);
+    if (tab == std::string_view::npos) return nullptr;
+    fields[i] = line.substr(begin, tab - begin);
+    begin = tab + 1;
+  }
+  fields[kSpiderTabs] = line.substr(begin);
+  std::string url(fields[0]);
+  url.append("://").append(fields[1]).append(":").append(fields[2]).append(fields[3]);
+  return copyText(url.c_str());
+}
+
+DcFieldFinder* FIELD_FINDER(int summaryMode, int numSumSent, const char* sroot,
+                            VymFileToURLMapper* mapper, TkStemmer* stemmer) {
+  auto* finder = new VymFieldFinder(summaryMode, numSumSent);
+  finder->sroot(sroot);
+  finder->mapper(mapper);
+  finder->stemmer(stemmer);
+  return finder;
+}
+
+DcFieldFinder* SPIDER_FIELD_FINDER(int summaryMode, int numSumSent, const char* sroot,
+                                   TkStemmer* stemmer) {
+  auto* finder = new VymSpiderFieldFinder(summaryMode, numSumSent);
+  finder->sroot(sroot);
+  finder->stemmer(stemmer);
+  return finder;
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,256 @@
+#include "Driver/VymFieldFinder.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "Document/DcHeaderDocument.h"
+#include "Document/DcSimpleDocument.h"
+#include "Exception.h"
+#include "Tool/HeapText.h"
+#include "Tool/VandrelleLog.h"
+
+namespace vandrelle {
+namespace {
+
+class Page : public DcHeaderDocument {
+ public:
+  explicit Page(std::string text, int headSize = 0, const char* title = nullptr)
+      : text_(std::move(text)), headSize_(headSize), title_(title) {}
+  int documentNum() const override { return 0; }
+  char* documentName() const override { return copyText("/site/docs/a.html"); }
+  int numCharacters() const override { return static_cast<int>(text_.size()); }
+  char* characters(long offset, int num, char* place) override {
+    if (!source_) return nullptr;
+    largestRead_ = std::max(largestRead_, num);
+    const std::string part =
+        text_.substr(static_cast<std::size_t>(offset), static_cast<std::size_t>(num));
+    std::memcpy(place, part.data(), part.size());
+    return place;
+  }
+  bool sourceAvailable() const override { return source_; }
+  int HeadSize() const override { return headSize_; }
+  char* getHeader(const char* header) override {
+    return std::strcmp(header, "title") == 0 ? copyText(title_) : nullptr;
+  }
+
+  bool source_ = true;
+  int largestRead_ = 0;
+
+ protected:
+  FdStream* original_words() override { return nullptr; }
+
+ private:
+  std::string text_;
+  int headSize_;
+  const char* title_;
+};
+
+std::string taken(char* text) {
+  const HeapAptr<char> owner(text);
+  return text == nullptr ? "(null)" : text;
+}
+
+std::string summary(Page page, int mode = 1, int sentences = 2) {
+  VymFieldFinder finder(mode, sentences);
+  return taken(finder.getField(&page, "root", "summary"));
+}
+
+TEST(VymFieldFinder, Descriptions) {
+  const struct {
+    const char* page;
+    const char* summary;
+  } cases[] = {
+      {"<META NAME=\"description\" CONTENT=\"Boats and ships\">x", " Boats and ships"},
+      {"<meta name=description content=boats>", "boat"},
+      {"<meta\n name = \"Description\"\r\n Content = \"Old\nboats\" >", "  Old boats "},
+      {"<meta name=\"description\" content=\"a \"b\" c\"/>", " a  b  c "},
+      {"<meta name=\"description\" content=\"never closed", " never close"},
+      {"<meta name=\"description\" content=\"less < more\">", " less"},
+      {"<meta name=\"description\" content=>", ""},
+      {"<meta name=\"description\" content=x>", ""},
+      // The search is not anchored: the first tag's content counts.
+      {"<meta http-equiv=\"Content-Type\" content=\"text/html\"><meta name=\"description\" "
+       "content=\"Boats\">",
+       " text/html"},
+      {"<MAP><p><meta name=\"description\" content=\"Boats\">", " Boats"},
+      {"meta name=description content=boats. No tag at all.",
+       "meta name=description content=boats.   No tag at ...  "},
+      {"<META name=\"keywords\" content=\"boats\">Some text", "Some ...  "},
+      {"<meta name=\"description\" contents=\"boats\">Some text", "Some ...  "},
+      {"<meta name=\"description\"content=\"boats\">Some text", "Some ...  "},
+  };
+  for (const auto& c : cases) {
+    for (const int mode : {1, 2}) EXPECT_EQ(summary(Page(c.page), mode), c.summary) << c.page;
+  }
+  EXPECT_EQ(summary(Page(cases[0].page), 0), "(No Summary)");
+}
+
+TEST(VymFieldFinder, FirstSentences) {
+  const std::string text = "One is here. Two is there. Three\tis gone. Four";
+  EXPECT_EQ(summary(Page(text), 1, 1), "One is here.  ");
+  EXPECT_EQ(summary(Page(text), 1, 3), "One is here.   Two is there.   Three is gone.  ");
+  // All of it: the last sentence loses a word, here its only one.
+  EXPECT_EQ(summary(Page(text), 1, 4), "One is here.   Two is there.   Three is gone.   ...  ");
+  EXPECT_EQ(summary(Page("One is here. Two is there."), 1, 9), "One is here.   Two is ...  ");
+  EXPECT_EQ(summary(Page("One is here. xy"), 1, 9), "One is here.  ...  ");
+  EXPECT_EQ(summary(Page("<head>\n<title>T</title></head>Body text here", 30), 1, 9),
+            "Body text ...  ");
+  for (const int sentences : {0, -1}) EXPECT_EQ(summary(Page(text), 1, sentences), "(No Summary)");
+}
+
+TEST(VymFieldFinder, NothingToShow) {
+  EXPECT_EQ(summary(Page("")), "(No Summary)");
+  EXPECT_EQ(summary(Page("four")), "(No Summary)");
+  EXPECT_EQ(summary(Page("<b></b><hr>")), "(No Summary)");
+  EXPECT_EQ(summary(Page("All of it is header.", 20)), "(No Summary)");
+  EXPECT_EQ(summary(Page("All of it is header.", 2000)), "(No Summary)");
+  EXPECT_EQ(summary(Page("A header never measured.", -1)), "A header never ...  ");
+  EXPECT_EQ(summary(Page(std::string("ab\0<meta name=description content=boats>", 40))),
+            "(No Summary)");
+  Page gone("One is here. Two is there.");
+  gone.source_ = false;
+  VymFieldFinder finder(1, 2);
+  EXPECT_EQ(taken(finder.getSummary(&gone)), "(No Summary)");
+  DcSimpleDocument plain(3, "name", "One is here.", 12, nullptr, nullptr, nullptr);
+  EXPECT_EQ(taken(finder.getSummary(&plain)), "(No Summary)");
+  EXPECT_EQ(taken(finder.getTitle(&plain)), "(Untitled)");
+  EXPECT_EQ(taken(finder.getURL(&plain)), "name");
+}
+
+TEST(VymFieldFinder, ReadsNoMoreThanTheLimit) {
+  Page page(std::string(0x13FFF, 'x') + ". <meta name=description content=\"late\"> More.");
+  VymFieldFinder finder(1, 1);
+  EXPECT_EQ(taken(finder.getSummary(&page)), "...  ");
+  EXPECT_EQ(page.largestRead_, 0x13FFF);
+}
+
+TEST(VymFieldFinder, Titles) {
+  const std::string large(100 << 10, 't');
+  VymFieldFinder finder(0, 0);
+  Page untitled("x");
+  Page broken("x", 0, "Two\r\nlines\tand\fmore");
+  Page huge("x", 0, large.c_str());
+  EXPECT_EQ(taken(finder.getField(&untitled, "root", "title")), "(Untitled)");
+  EXPECT_EQ(taken(finder.getField(&broken, "root", "title")), "Two  lines and more");
+  EXPECT_EQ(taken(finder.getField(&huge, "root", "title")), large);
+  EXPECT_EQ(finder.getSpecialField(&huge, "root", "author"), nullptr);
+}
+
+TEST(VymFieldFinder, HostilePagesAreReadOnce) {
+  std::string page;
+  while (page.size() < 0x13FFF) page += "<meta name=description ";
+  VymFieldFinder finder(1, 5);
+  Page hostile(page);
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < 20; ++i) taken(finder.getSummary(&hostile));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+TEST(VymFieldFinder, QualityIsMissedOnce) {
+  std::ostringstream errors;
+  VandrelleLogIostream log(nullptr);
+  log.stream(0, &errors);
+  VandrelleLog::Logger(&log);
+  VymFieldFinder finder(2, 1);
+  Page page("One is here. Two is there.");
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(taken(finder.getSummary(&page)), "One is here.  ");
+  VandrelleLog::Logger(nullptr);
+  const std::string lines = errors.str();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 1) << lines;
+}
+
+TEST(VymSpiderFieldFinder, Addresses) {
+  const struct {
+    std::string page;
+    const char* url;
+  } cases[] = {
+      {"http\twww.x.org\t80\t/a b.html\n<html>", "http://www.x.org:80/a b.html"},
+      {"http\twww.x.org\t80\t/a\tb\n", "http://www.x.org:80/a\tb"},
+      {"\t\t\t\n", "://:"},
+      {"http\twww.x.org\t80\n/a\n", "(null)"},
+      {"http\twww.x.org\t80\t/a.html", "(null)"},
+      {"", "(null)"},
+      {"\n", "(null)"},
+      {"http\tx\t80\t/" + std::string(4096, 'p') + "\n", "(null)"},
+  };
+  VymSpiderFieldFinder finder(0, 0);
+  for (const auto& c : cases) {
+    Page page(c.page);
+    EXPECT_EQ(taken(finder.getField(&page, "root", "url")), c.url) << c.page;
+  }
+  DcSimpleDocument plain(3, "name", "a\tb\tc\td\n", 8, nullptr, nullptr, nullptr);
+  EXPECT_EQ(finder.getURL(&plain), nullptr);
+}
+
+class Mapfile : public testing::Test {
+ protected:
+  ~Mapfile() override { std::filesystem::remove(path_); }
+
+  void write(const std::string& text) { std::ofstream(path_) << text; }
+
+  // The message of the failure that `action` throws.
+  template <class Action>
+  static std::string thrown(Action action) {
+    ExceptionEnvironment environment;
+    if (GUARDED(environment)) {
+      action();
+      return "";
+    }
+    environment.restore_env();
+    const std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
+    return caught->message();
+  }
+
+  std::string path_ = testing::TempDir() + "vandrelle_mapfile_" + std::to_string(getpid());
+};
+
+TEST_F(Mapfile, TheFirstFitWins) {
+  write("http://x.org/ /site/\n\thttp://y.org/docs/\n/site/docs/ http://z.org /other");
+  VymFileToURLMapper mapper(path_.c_str());
+  EXPECT_EQ(taken(mapper.mapFilename("/site/docs/a.html")), "http://x.org/docs/a.html");
+  EXPECT_EQ(taken(mapper.mapFilename("/other")), "http://z.org");
+  EXPECT_EQ(taken(mapper.mapFilename("/othe")), "/othe");
+  EXPECT_EQ(taken(mapper.mapFilename("")), "");
+  Page page("x");
+  const std::unique_ptr<DcFieldFinder> finder(FIELD_FINDER(0, 0, "/tmp/", &mapper, nullptr));
+  EXPECT_EQ(taken(finder->getField(&page, "root", "url")), "http://x.org/docs/a.html");
+}
+
+TEST_F(Mapfile, BadInput) {
+  write("http://x.org/ /site/ http://lonely.org/");
+  std::ostringstream errors;
+  VandrelleLogIostream log(nullptr);
+  log.stream(0, &errors);
+  VandrelleLog::Logger(&log);
+  {
+    VymFileToURLMapper mapper(path_.c_str());
+    EXPECT_EQ(taken(mapper.mapFilename("/site/a")), "http://x.org/a");
+    EXPECT_EQ(taken(mapper.mapFilename("/b")), "/b");
+  }
+  VandrelleLog::Logger(nullptr);
+  EXPECT_NE(errors.str().find("http://lonely.org/"), std::string::npos);
+
+  write(std::string(3000, 'a'));  // tokens of 1023 characters: two and a rest
+  VymFileToURLMapper longTokens(path_.c_str());
+  EXPECT_EQ(taken(longTokens.mapFilename(std::string(1023, 'a').c_str())), std::string(1023, 'a'));
+
+  VymFileToURLMapper open;
+  open.addMapping("u", "f");
+  EXPECT_EQ(thrown([&] { open.mapFilename("x"); }),
+            "Must call doneAddingMappings() before mapping.");
+  EXPECT_EQ(thrown([&] { open.readMappingsFromFile("/no/such"); }),
+            "Mapfile /no/suchcould not be opened.");
+  EXPECT_EQ(thrown([&] { open.readMappingsFromFile("/"); }), "Mapfile /could not be opened.");
+}
+
+}  // namespace
+}  // namespace vandrelle

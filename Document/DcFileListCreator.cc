@@ -88,6 +88,8 @@ void DcFileListCreator::bindIndex() {
     (*stream)->clear();
     (*stream)->seekp(0, std::ios::end);
   }
+  listEnd_ = fileList_->tellp();
+  if (dirList_ != nullptr) dirEnd_ = dirList_->tellp();
 }
 
 bool DcFileListCreator::NewFile(const char* truepath) {
@@ -130,28 +132,27 @@ void DcFileListCreator::AddFile(const char* fullFileName, long docNum, const cha
   int16_t dirFileOffset = -1;
   if (!dirpath_.empty()) {
     // The directory's name is written when its whole walk has ended, so it will
-    // land where the stream stands now. A place that the field cannot hold
+    // land at the end of the file as it is now. A place that the field cannot hold
     // leaves the name complete by itself.
     openDirList();
-    const long position = static_cast<long>(dirList_->tellp());
-    if (position >= 0 && position <= std::numeric_limits<int16_t>::max()) {
-      dirFileOffset = static_cast<int16_t>(position);
+    if (dirEnd_ <= std::numeric_limits<int16_t>::max()) {
+      dirFileOffset = static_cast<int16_t>(dirEnd_);
       name += dirpath_.size();
     }
   }
 
-  const long entry = static_cast<long>(fileList_->tellp());
-  if (entry > std::numeric_limits<int32_t>::max()) {
+  if (listEnd_ > std::numeric_limits<int32_t>::max()) {
     THROW(ListCr, "The file list " << listName_ << " is full: it cannot grow past 2 GiB.");
   }
   char record[8];
-  storeS32(record, static_cast<int32_t>(entry));
+  storeS32(record, static_cast<int32_t>(listEnd_));
   storeS32(record + 4, static_cast<int32_t>(docNum));
   ptrList_->write(record, sizeof record);
   char offsetBytes[2];
   storeS16(offsetBytes, dirFileOffset);
   fileList_->write(offsetBytes, sizeof offsetBytes);
   *fileList_ << name << ' ';
+  listEnd_ += static_cast<int64_t>(sizeof offsetBytes + std::strlen(name) + 1);
 }
 
 int DcFileListCreator::AddDirectory(const char* dirpath, const char* truepath) {
@@ -162,7 +163,9 @@ int DcFileListCreator::AddDirectory(const char* dirpath, const char* truepath) {
   dirpath_.clear();
   if (numAdded != 0) {
     openDirList();
-    *dirList_ << withSlash(dirpath) << ' ';
+    const std::string name = withSlash(dirpath) + ' ';
+    *dirList_ << name;
+    dirEnd_ += static_cast<int64_t>(name.size());
   }
   return numAdded;
 }

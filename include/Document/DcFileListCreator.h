@@ -82,7 +82,9 @@ class DcFileListCreator {
 
   StreamPtr fileList_;
   StreamPtr ptrList_;
-  StreamPtr dirList_;          // made when first needed
+  StreamPtr dirList_;    // made when first needed
+  int64_t listEnd_ = 0;  // bytes in fileList_ and dirList_ so far
+  int64_t dirEnd_ = 0;
   FdBag* tempList_ = nullptr;  // real paths in the list; the reader's while binding
   bool Done_ = false;
   bool newList_ = true;

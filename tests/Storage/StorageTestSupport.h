@@ -34,6 +34,7 @@ inline std::string fileBytes(const std::string& path) {
 }
 
 inline void writeFile(const std::string& path, const std::string& bytes) {
+  std::filesystem::remove(path);  // replacing a file's content may wait for the device
   std::ofstream(path, std::ios::binary) << bytes;
 }
 

@@ -1,0 +1,54 @@
+#include "KeyFile/KdFileALCreator.h"
+
+#include <climits>
+#include <cstring>
+
+#include "KeyFile/KdChunk.h"
+#include "Tool/NameManager.h"
+
+namespace vandrelle {
+
+namespace {
+
+const char* requireName(const char* file_name) {
+  if (file_name == nullptr) THROW(IO, "Need non-null name for key/pointer files.");
+  return file_name;
+}
+
+}  // namespace
+
+KdFileALCreator::KdFileALCreator(const char* file_name, int32 chunk_size, int32 data_size,
+                                 int32 type)
+    : KdChunkCreator((requireName(file_name), chunk_size), data_size, type == 8 || type == 9,
+                     type != 7 && type != 8) {
+  NameManager names(file_name, 20);
+  Open_Key_File(names.suffix(".key"));
+  ptr_file_.open(names.suffix(".ptr"), std::ios::trunc | std::ios::binary);
+  if (!ptr_file_) THROW(IO, "Can't open pointer file for writing: " << names.suffix(".ptr"));
+  if (type < 7 || type > 11) THROW(KdInit, "Illegal keyfile type specified");
+  Write_Header(ptr_file_, type);
+}
+
+KdFileALCreator::~KdFileALCreator() {
+  Separate_Last_Entry();
+  Close_Key_File();
+  Write_Counters(ptr_file_);
+  ptr_file_.close();
+  if (!ptr_file_) THROW(IO, "Error writing pointer file.");
+}
+
+void KdFileALCreator::Write_To_Pointer_File(const WmWord* aWord) {
+  if (keyfile_pos_ > INT32_MAX - chunk_bytes_) THROW(IO, "Key file would pass 2 gigabytes.");
+  keyfile_pos_ += chunk_bytes_;
+  const int letters = aWord->num_letters();
+  char record[4 + 2 + 64 + 4];
+  storeS32(record, keyfile_pos_);
+  storeS16(record + 4, static_cast<std::int16_t>(letters));
+  std::memcpy(record + 6, aWord->letters(), static_cast<std::size_t>(letters));
+  storeS32(record + 6 + letters, word_num_);
+  ptr_file_.write(record, 10 + letters);
+  if (!ptr_file_) THROW(IO, "Error writing to pointer file.");
+  ++num_chunks_;
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,71 @@
+#include "KeyFile/KdMmapCreator.h"
+
+#include <climits>
+#include <memory>
+
+#include "KeyFile/KdChunk.h"
+#include "Tool/SysTools.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr std::ios::openmode kNewFile =
+    std::ios::in | std::ios::out | std::ios::trunc | std::ios::binary;
+
+const char* requireName(const char* file_name) {
+  if (file_name == nullptr) THROW(IO, "Need non-null name for key/ptr files.");
+  return file_name;
+}
+
+}  // namespace
+
+KdMmapCreator::KdMmapCreator(const char* file_name, int32 chunk_size, int32 data_size, int32 type)
+    : KdChunkCreator((requireName(file_name), chunk_size), data_size, 1, 1),
+      base_name_(file_name, 20) {
+  Open_Key_File(base_name_.suffix(".key"));
+  ptr_file_.open(base_name_.suffix(".ptr"), kNewFile);
+  if (!ptr_file_) {
+    THROW(IO, "Can't open pointer file for writing: " << base_name_.suffix(".ptr"));
+  }
+  wrd_file_.open(base_name_.suffix(".wrd"), kNewFile);
+  if (!wrd_file_) THROW(IO, "Can't open word file for writing: " << base_name_.suffix(".wrd"));
+  Write_Header(ptr_file_, type);
+}
+
+KdMmapCreator::~KdMmapCreator() {
+  Separate_Last_Entry();
+  Close_Key_File();
+  Append_Words();
+  Write_Counters(ptr_file_);
+  SysTools::removeFile(base_name_.suffix(".wrd"));
+  ptr_file_.close();
+  if (!ptr_file_) THROW(IO, "Error writing pointer file.");
+}
+
+void KdMmapCreator::Write_To_Pointer_File(const WmWord* aWord) {
+  if (keyfile_pos_ > INT32_MAX - chunk_bytes_) THROW(IO, "Key file would pass 2 gigabytes.");
+  keyfile_pos_ += chunk_bytes_;
+  char record[12];
+  storeS32(record, keyfile_pos_);
+  storeS32(record + 4, wrd_file_pos_);
+  storeS32(record + 8, word_num_);
+  ptr_file_.write(record, sizeof record);
+  if (!ptr_file_) THROW(IO, "Error writing to pointer file.");
+  wrd_file_.write(reinterpret_cast<const char*>(aWord), aWord->num_bytes());
+  if (!wrd_file_) THROW(IO, "Error writing to word file.");
+  wrd_file_pos_ += aWord->num_bytes();
+  ++num_chunks_;
+}
+
+void KdMmapCreator::Append_Words() {
+  const auto words = std::make_unique<char[]>(static_cast<std::size_t>(wrd_file_pos_));
+  wrd_file_.seekg(0);
+  wrd_file_.read(words.get(), wrd_file_pos_);
+  wrd_file_.close();
+  if (!wrd_file_) THROW(IO, "Error writing to word file.");
+  ptr_file_.write(words.get(), wrd_file_pos_);
+  if (!ptr_file_) THROW(IO, "Error writing to pointer file.");
+}
+
+}  // namespace vandrelle

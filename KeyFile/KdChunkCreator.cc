@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "KeyFile/KdChunk.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 
@@ -20,8 +21,15 @@ KdChunkCreator::KdChunkCreator(int32 chunk_size, int32 data_size, int const_data
 }
 
 void KdChunkCreator::Open_Key_File(const char* path) {
-  key_file_.open(path, std::ios::in | std::ios::out | std::ios::trunc | std::ios::binary);
-  if (!key_file_) THROW(IO, "Can't open key file for writing: " << path);
+  if (!Open_New_File(key_file_, path)) THROW(IO, "Can't open key file for writing: " << path);
+}
+
+// A former file goes first: whoever has it mapped keeps it whole, and the system
+// doesn't wait for the device when the new one is closed.
+bool KdChunkCreator::Open_New_File(std::fstream& file, const char* path) {
+  SysTools::removeFile(path);
+  file.open(path, std::ios::in | std::ios::out | std::ios::trunc | std::ios::binary);
+  return file.good();
 }
 
 // The two counters behind these fields stay 0 until the table is whole.

@@ -23,8 +23,8 @@ KdFileALCreator::KdFileALCreator(const char* file_name, int32 chunk_size, int32 
                      type != 7 && type != 8) {
   NameManager names(file_name, 20);
   Open_Key_File(names.suffix(".key"));
-  ptr_file_.open(names.suffix(".ptr"), std::ios::trunc | std::ios::binary);
-  if (!ptr_file_) THROW(IO, "Can't open pointer file for writing: " << names.suffix(".ptr"));
+  if (!Open_New_File(ptr_file_, names.suffix(".ptr")))
+    THROW(IO, "Can't open pointer file for writing: " << names.suffix(".ptr"));
   if (type < 7 || type > 11) THROW(KdInit, "Illegal keyfile type specified");
   Write_Header(ptr_file_, type);
 }

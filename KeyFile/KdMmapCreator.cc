@@ -10,9 +10,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr std::ios::openmode kNewFile =
-    std::ios::in | std::ios::out | std::ios::trunc | std::ios::binary;
-
 const char* requireName(const char* file_name) {
   if (file_name == nullptr) THROW(IO, "Need non-null name for key/ptr files.");
   return file_name;
@@ -24,12 +21,11 @@ KdMmapCreator::KdMmapCreator(const char* file_name, int32 chunk_size, int32 data
     : KdChunkCreator((requireName(file_name), chunk_size), data_size, 1, 1),
       base_name_(file_name, 20) {
   Open_Key_File(base_name_.suffix(".key"));
-  ptr_file_.open(base_name_.suffix(".ptr"), kNewFile);
-  if (!ptr_file_) {
+  if (!Open_New_File(ptr_file_, base_name_.suffix(".ptr"))) {
     THROW(IO, "Can't open pointer file for writing: " << base_name_.suffix(".ptr"));
   }
-  wrd_file_.open(base_name_.suffix(".wrd"), kNewFile);
-  if (!wrd_file_) THROW(IO, "Can't open word file for writing: " << base_name_.suffix(".wrd"));
+  if (!Open_New_File(wrd_file_, base_name_.suffix(".wrd")))
+    THROW(IO, "Can't open word file for writing: " << base_name_.suffix(".wrd"));
   Write_Header(ptr_file_, type);
 }
 

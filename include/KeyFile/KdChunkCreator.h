@@ -43,6 +43,7 @@ class KdChunkCreator : public KdFileCreator {
   void Close_Key_File();
 
   void Open_Key_File(const char* path);
+  static bool Open_New_File(std::fstream& file, const char* path);
   void Write_Header(std::ostream& ptr_file, int32 type);
   void Write_Counters(std::ostream& ptr_file);
   void Require_Fit(int32 entry_bytes) const;

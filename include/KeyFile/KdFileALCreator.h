@@ -38,7 +38,7 @@ class KdFileALCreator : public KdChunkCreator {
   void Write_To_Pointer_File(const WmWord* aWord) override;
 
  private:
-  std::ofstream ptr_file_;
+  std::fstream ptr_file_;
 };
 
 }  // namespace vandrelle

@@ -1,0 +1,68 @@
+#include "Storage/StPosMapBinder.h"
+
+#include <algorithm>
+
+#include "Storage/StException.h"
+#include "Storage/StPosMapCreator.h"
+
+namespace vandrelle {
+
+namespace {
+
+// Takes one delta off `*from`; false if it isn't whole.
+bool decode(const unsigned char** from, const unsigned char* end, uint32* delta) {
+  std::uint64_t value = 0;
+  for (int shift = 0; shift < 35; shift += 7) {
+    if (*from == end) return false;
+    const unsigned char byte_ = *(*from)++;
+    value |= std::uint64_t{byte_ & 0x7Fu} << shift;
+    if (byte_ < 0x80) {
+      *delta = static_cast<uint32>(value);
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+StPosMapBinder::StPosMapBinder(const char* file) {
+  map_.bind(file, 0, 0);
+  const auto* bytes = static_cast<const unsigned char*>(map_.addr());
+  const auto length = static_cast<std::uint64_t>(map_.len());
+  interval_ = length >= kPosMapHeaderBytes ? loadU32(bytes + 4) : 0;
+  maxPointer_ = length >= kPosMapHeaderBytes ? loadU32(bytes + 8) : 0;
+  const std::uint64_t offset = length >= kPosMapHeaderBytes ? loadU32(bytes + 12) : 0;
+  if (interval_ == 0 || (maxPointer_ > 0 && offset < kPosMapHeaderBytes) ||
+      offset + std::uint64_t{maxPointer_} * kPosMapPointerBytes > length) {
+    map_.release();
+    THROW(St, "Position map is damaged" << StFileText{file});
+  }
+  pointers_ = bytes + offset;
+  values_ = bytes + kPosMapHeaderBytes;
+}
+
+// The key behind the last group has no pointer of its own when that group is full:
+// it is reached from the last pointer.
+StStoragePos StPosMapBinder::lookup(uint32 key) const {
+  if (maxPointer_ == 0) {
+    if (key == 0) return StStoragePos();
+    THROW(St, "Position map has no key " << key);
+  }
+  const uint32 group = std::min(key / interval_, maxPointer_ - 1);
+  const unsigned char* pointer = pointers_ + std::size_t{group} * kPosMapPointerBytes;
+  StStoragePos pos = loadStoragePos(pointer);
+  const uint32 offset = loadU32(pointer + 8);
+  if (offset > static_cast<std::uint64_t>(pointers_ - values_)) {
+    THROW(St, "Position map is damaged at key " << key);
+  }
+  const unsigned char* from = values_ + offset;
+  for (uint32 left = key - group * interval_; left > 0; --left) {
+    uint32 delta;
+    if (!decode(&from, pointers_, &delta)) THROW(St, "Position map has no key " << key);
+    pos += delta;
+  }
+  return pos;
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,65 @@
+#include "Storage/StPosMapCreator.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "Storage/StStorageHandle.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr int kBufferBytes = 4096;
+
+StFileStorage& initialized(StFileStorage& storage) {
+  storage.Initialize();
+  return storage;
+}
+
+}  // namespace
+
+StPosMapCreator::StPosMapCreator(const char* file, uint32 interval)
+    : storage_(file, true),
+      buffer_(&initialized(storage_), kBufferBytes),
+      interval_(std::max<uint32>(interval, 1)) {
+  for (uint32 word : {kPosMapSignature, interval_, uint32{0}, uint32{0}}) putWord(word);
+}
+
+void StPosMapCreator::putWord(uint32 word) {
+  unsigned char bytes[4];
+  storeU32(bytes, word);
+  buffer_.put(bytes, sizeof bytes);
+}
+
+void StPosMapCreator::add(const StStoragePos& pos) {
+  if (key_ % interval_ == 0) {
+    unsigned char pointer[kPosMapPointerBytes];
+    storeStoragePos(pointer, pos_);
+    storeU32(pointer + 8, (buffer_.tellp() - kPosMapHeaderBytes).Lo());
+    pointers_.insert(pointers_.end(), pointer, pointer + sizeof pointer);
+  }
+  ++key_;
+  uint32 delta = (pos - pos_).Lo();
+  for (; delta >= 0x80; delta >>= 7) buffer_.put(static_cast<unsigned char>(delta | 0x80));
+  buffer_.put(static_cast<unsigned char>(delta));
+  pos_ = pos;
+}
+
+StPosMapCreator::~StPosMapCreator() {
+  while (buffer_.tellp().Lo() % 4 != 0) buffer_.put('\0');
+  buffer_.flush();
+  const StStoragePos pointersPos = storage_.MaxPos();
+  if (!pointers_.empty()) {
+    StStorageHandle table = storage_.GetAtEnd(static_cast<StStorageLen>(pointers_.size()));
+    std::memcpy(table.data(), pointers_.data(), pointers_.size());
+    table.markDirty();
+  }
+  StStorageHandle header = storage_.Get(0, kPosMapHeaderBytes, kStWrite, kStDefaultAdvice);
+  storeU32(header.data(), kPosMapSignature);
+  storeU32(header.data() + 4, interval_);
+  storeU32(header.data() + 8, static_cast<uint32>(pointers_.size() / kPosMapPointerBytes));
+  storeU32(header.data() + 12, pointersPos.Lo());
+  header.markDirty();
+}
+
+}  // namespace vandrelle

@@ -18,4 +18,12 @@ TkTokenStream* TkManager::SimpleStream(TkStemmer* stemmer, TkLexer* lexer, std::
 
 TkStemmer* TkManager::NullStemmer() { return new TkPassStem; }
 
+TkStemmerImpl* TkManager::StemOnlyStemmer(const char* stem) {
+  return new TkStemmerImpl(std::make_unique<TkStemTable>(stem), nullptr);
+}
+
+void TkManager::CreateStemTable(const char* source, const char* table) {
+  TkStemTable::createTable(source, table);
+}
+
 }  // namespace vandrelle

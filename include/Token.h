@@ -7,6 +7,7 @@
 
 #include "Token/TkLexer.h"
 #include "Token/TkStemmer.h"
+#include "Token/TkStemmerImpl.h"
 #include "Token/TkTokenStream.h"
 #include "Token/TkWordPair.h"
 
@@ -24,6 +25,13 @@ class TkManager {
 
   // Every word is its own stem.
   static TkStemmer* NullStemmer();
+  // Suffix rules and contractions, but no stop words: single letters and numbers
+  // stay. Null names the table that TkStemTable does. Throws _Exception_TkStemmer
+  // if the table cannot be read.
+  static TkStemmerImpl* StemOnlyStemmer(const char* stem);
+
+  // Compiles the source of a stem table (see TkStemTable).
+  static void CreateStemTable(const char* source, const char* table);
 };
 
 }  // namespace vandrelle

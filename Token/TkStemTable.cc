@@ -1,0 +1,116 @@
+#include "Token/TkStemTable.h"
+
+#include <cstring>
+#include <fstream>
+#include <memory>
+
+#include "Fun/FdTable.h"
+#include "Token/CharacterClass.h"
+#include "Token/TkException.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr char kDefaultTable[] = "/Vandrelle/table/stem.tbl";
+constexpr int kTableHint = 128;  // for 64 buckets
+// A stem never gets shorter than this by a rule, and shorter words are left alone.
+constexpr int kMinStem = 3;
+// More rounds than any table needs that was made in earnest; ends those that
+// turn in a circle.
+constexpr int kMaxRounds = 256;
+
+bool isRowLetter(char c) { return c >= 'a' && c <= 'z'; }
+
+bool isVowel(char c) { return c == 'a' || c == 'e' || c == 'i' || c == 'o' || c == 'u'; }
+
+}  // namespace
+
+TkStemTable::TkStemTable(const char* ruletable) {
+  const char* name = ruletable != nullptr ? ruletable : kDefaultTable;
+  bool opened, whole;
+  {
+    // Nothing here may be left by a throw.
+    std::ifstream is(name, std::ios::binary);
+    opened = is.is_open();
+    FdTable table(kTableHint);
+    table.read(is);
+    whole = is.good();
+    readTableIntoArray(table);
+  }
+  if (!opened) THROW(TkStemmer, "Error opening stemmer rules file " << name);
+  if (!whole) THROW(TkStemmer, "The stemmer rules file is damaged: " << name);
+}
+
+void TkStemTable::readTableIntoArray(FdTable& table) {
+  const std::unique_ptr<FdIterator> groups(table.iterator());
+  for (groups->reset(); groups->more(); groups->next()) {
+    const auto* bytes = static_cast<const unsigned char*>(groups->data());
+    for (int left = groups->dataSize() / static_cast<int>(sizeof(TkStemRule)); left > 0; --left) {
+      TkStemRule rule;
+      rule.read(bytes);
+      insertRule(rule);
+      bytes += sizeof(TkStemRule);
+    }
+  }
+  for (auto& row : stemRules_) {
+    for (int column = 0; column < kLetters; ++column) {
+      FastStemElem** tail = &row[column];
+      while (*tail != nullptr) tail = &(*tail)->next;
+      *tail = row[kLetters];
+    }
+  }
+}
+
+void TkStemTable::insertRule(const TkStemRule& rule) {
+  // A rule that no two letters lead to can never apply.
+  if (!isRowLetter(rule.suffix[0])) return;
+  if (rule.suffix[1] != '\0' && !isRowLetter(rule.suffix[1])) return;
+  const int column = rule.suffix[1] == '\0' ? kLetters : rule.suffix[1] - 'a';
+  FastStemElem** tail = &stemRules_[rule.suffix[0] - 'a'][column];
+  while (*tail != nullptr) tail = &(*tail)->next;
+  *tail = &elements_.emplace_back(FastStemElem{rule, nullptr});
+}
+
+WmWord* TkStemTable::stem(WmWord* place, char* stembuf) const {
+  int lastchar = static_cast<int>(std::strlen(stembuf)) - 1;
+  bool cont = true;
+  for (int round = 0; cont && lastchar >= kMinStem && round < kMaxRounds; ++round) {
+    const TkStemRule* rule = findRule(stembuf, lastchar, round == 0);
+    if (rule == nullptr) break;
+    const int stemmed = lastchar - rule->num_replace + rule->num_append;
+    if (stemmed > kStemBuffer - 2) break;
+    applyRule(stembuf, lastchar, *rule);
+    lastchar = stemmed;
+    cont = rule->cont != 0;
+  }
+  return place != nullptr ? new (place) WmWord(stembuf) : WmWord::Create(stembuf);
+}
+
+const TkStemRule* TkStemTable::findRule(const char* buf, int lastchar, bool isIntact) const {
+  const char last = buf[lastchar], before = buf[lastchar - 1];
+  if (!isRowLetter(last) || !isRowLetter(before)) return nullptr;
+  for (const FastStemElem* element = stemRules_[last - 'a'][before - 'a']; element != nullptr;
+       element = element->next) {
+    if (isMatch(buf, lastchar, element->rule, isIntact)) return &element->rule;
+  }
+  return nullptr;
+}
+
+bool TkStemTable::isMatch(const char* buf, int lastchar, const TkStemRule& rule, bool isIntact) {
+  if (rule.intact != 0 && !isIntact) return false;
+  for (int i = 0; i < TkStemRule::kMaxSuffix && rule.suffix[i] != '\0'; ++i) {
+    if (lastchar - i < 0 || rule.suffix[i] != buf[lastchar - i]) return false;
+  }
+  const int lets_remaining = lastchar - rule.num_replace + 1;
+  if (lets_remaining > kMinStem) return true;
+  return lets_remaining == kMinStem && (isVowel(buf[0]) || rule.ignoreSzConstraint != 0);
+}
+
+void TkStemTable::applyRule(char* buf, int lastchar, const TkStemRule& rule) {
+  char* to = buf + lastchar - rule.num_replace + 1;
+  std::memcpy(to, rule.replace, rule.num_append);
+  to[rule.num_append] = '\0';
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,268 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+
+#include "Token.h"
+#include "Token/TkStemTable.h"
+#include "Token/TkStemmerImpl.h"
+
+namespace vandrelle {
+namespace {
+
+using namespace std::string_literals;
+
+class Stemming : public testing::Test {
+ protected:
+  Stemming() {
+    folder_ = testing::TempDir() + "stem." + std::to_string(::getpid()) + "." +
+              testing::UnitTest::GetInstance()->current_test_info()->name();
+    std::filesystem::create_directories(folder_);
+  }
+  ~Stemming() override { std::filesystem::remove_all(folder_); }
+
+  std::string path(const char* name) const { return folder_ + "/" + name; }
+  std::string write(const char* name, const std::string& bytes) const {
+    std::ofstream(path(name), std::ios::binary) << bytes;
+    return path(name);
+  }
+
+  // The bytes of the table of a source, or the message of the throw.
+  std::string compiled(const std::string& source) const {
+    const std::string from = write("source", source), to = path("table");
+    ExceptionEnvironment environment;
+    if (GUARDED(environment)) {
+      TkStemTable::createTable(from.c_str(), to.c_str());
+    } else {
+      environment.restore_env();
+      return caught();
+    }
+    std::ifstream is(to, std::ios::binary);
+    return {std::istreambuf_iterator<char>(is), {}};
+  }
+
+  static std::string caught() {
+    Exception* exception = ExceptionManager::instance()->pop();
+    EXPECT_TRUE(exception->isA("TkStemmer") && exception->isA("IO"));
+    const std::string message = exception->message();
+    delete exception;
+    return message;
+  }
+
+  // Null if the table cannot be read; `message` then says why.
+  static TkStemTable* load(const std::string& table, std::string* message) {
+    ExceptionEnvironment environment;
+    if (GUARDED(environment)) return new TkStemTable(table.c_str());
+    environment.restore_env();
+    *message = caught();
+    return nullptr;
+  }
+
+  std::unique_ptr<TkStemTable> tableOf(const std::string& source) const {
+    compiled(source);
+    return std::make_unique<TkStemTable>(path("table").c_str());
+  }
+
+  static std::string stem(const TkStemTable& table, const std::string& word) {
+    char buffer[TkStemTable::kStemBuffer] = {}, place[64];
+    word.copy(buffer, sizeof buffer - 1);
+    std::ostringstream os;
+    os << *table.stem(reinterpret_cast<WmWord*>(place), buffer);
+    return os.str();
+  }
+
+ private:
+  std::string folder_;
+};
+
+TEST_F(Stemming, TableBytes) {
+  const std::string ssss = "sei\0\0\0\003y\0\x40\0\0"s, s = "s\0\0\0\0\0\001\0\0\x30\0\0"s;
+  EXPECT_EQ(compiled("sei3y.\n s*1>"), "\x2c\x10\x04\x06ssss"s + ssss + s + "\0\0\0\0"s);
+  EXPECT_EQ(compiled("abcdef2xy>?"),
+            "\x22\xf0\x04\x03"
+            "aaaaabcdef\002xy\xa8\0\0\0\0\0\0"s);
+  // Letters in front of the digit are kept, but do not count.
+  EXPECT_EQ(compiled("a*b2c").substr(8, 12), "a\0\0\0\0\0\002bc\x50\0\0"s);
+  EXPECT_EQ(compiled(""), "\0\0\0\0"s);
+}
+
+TEST_F(Stemming, RefusedRules) {
+  const std::string group = "a1. a2. a3. a4. a5. a6. a7. a8. a9. a0. ";
+  const std::string long39 = "abcdef1" + std::string(32, '.');
+  const struct {
+    std::string source;
+    bool refused;
+  } cases[] = {{"abcdefg1.", true},    {"ab#1.", true},
+               {"a1\xe9", true},       {"a1'", true},
+               {"a2xyz", true},        {"a1. b1. a2.", true},
+               {group + group, false}, {group + group + "a1.", true},
+               {long39, false},        {long39 + ".", true},
+               {"'1. >", false}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(compiled(c.source) == "Invalid rule found during creation.", c.refused) << c.source;
+  }
+}
+
+TEST_F(Stemming, MissingFiles) {
+  std::string message;
+  EXPECT_EQ(load(path("none"), &message), nullptr);
+  EXPECT_EQ(message, "Error opening stemmer rules file " + path("none"));
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    TkStemTable::createTable(path("none").c_str(), path("table").c_str());
+    ADD_FAILURE();
+  }
+  environment.restore_env();
+  EXPECT_EQ(caught(), "Error opening stem table source file " + path("none"));
+}
+
+TEST_F(Stemming, Rules) {
+  const auto table = tableOf(
+      "a*1. "
+      "de2> "
+      "gni3> gn*2ny. "
+      "noit4t> "
+      "s1> sei3y. ss0. ssen4> "
+      "tt1. "
+      "y'1. "
+      "yl2? yt2. y1i>");
+  const struct {
+    const char *word, *stem;
+  } cases[] = {// The rules of two letters come before that of one.
+               {"berries", "berry"},
+               {"arms", "arm"},
+               {"miss", "miss"},
+               // In the order of the source: -ness is never reached behind -ss.
+               {"happiness", "happiness"},
+               // Words of three letters are left alone, stems of three need a vowel in front.
+               {"sos", "sos"},
+               {"cats", "cats"},
+               {"ponies", "ponie"},
+               {"fly", "fly"},
+               // Except where the rule allows them.
+               {"madly", "mad"},
+               // One rule after the other, as long as enough letters remain.
+               {"singings", "sing"},
+               {"relations", "relat"},
+               {"rations", "ration"},
+               {"stations", "station"},
+               // Only while untouched.
+               {"pizza", "pizz"},
+               {"areas", "area"},
+               // No letter among the last two.
+               {"b2bs", "b2bs"},
+               {"abc2s", "abc2s"},
+               {"wordy's", "wordy's"},
+               {"", ""}};
+  for (const auto& c : cases) EXPECT_EQ(stem(*table, c.word), c.stem) << c.word;
+}
+
+// Rules that never end, or that only add, end all the same.
+TEST_F(Stemming, CirclesEnd) {
+  const auto table = tableOf("a0> b0bb> c1d> d1c>");
+  EXPECT_EQ(stem(*table, "lambda"), "lambda");
+  EXPECT_EQ(stem(*table, "club").substr(0, 6), "clubbb");
+  EXPECT_LE(stem(*table, std::string(62, 'b')).size(), 63u);
+  EXPECT_EQ(stem(*table, "mosaic").size(), 6u);
+}
+
+TEST_F(Stemming, DamagedTables) {
+  const std::string whole = compiled("a*1. de2> gni3> noit4t> s1> sei3y. ss0. tion3xy> y1i> yl2?");
+  std::mt19937 random(3);
+  const auto use = [&](const std::string& bytes, bool mustFail) {
+    std::string message;
+    const std::unique_ptr<TkStemTable> table(load(write("damaged", bytes), &message));
+    EXPECT_FALSE(mustFail && table != nullptr);
+    if (table == nullptr) {
+      EXPECT_EQ(message, "The stemmer rules file is damaged: " + path("damaged"));
+      return;
+    }
+    for (const char* word : {"singings", "ponies", "nations", "aaaaa", "lyly", "xxyi"}) {
+      EXPECT_LT(stem(*table, word).size(), 64u);
+    }
+  };
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    use(whole.substr(0, length), true);
+  }
+  for (std::size_t at = 0; at < whole.size(); ++at) {
+    for (int flip : {1 << random() % 8, 0xff}) {
+      std::string damaged = whole;
+      damaged[at] = static_cast<char>(damaged[at] ^ flip);
+      use(damaged, false);
+    }
+  }
+}
+
+class MapStop : public TkStopLookup {
+ public:
+  int stop(const WmWord* word, WmWord* data) override {
+    const auto found =
+        entries_.find({word->letters(), static_cast<std::size_t>(word->num_letters())});
+    if (found == entries_.end()) return 0;
+    if (data != nullptr) new (data) WmWord(found->second);
+    return 1;
+  }
+
+ private:
+  const std::map<std::string, const char*, std::less<>> entries_ = {
+      {"the", ""}, {"indices", "indexes"}, {"7up", "lemonades"}};
+};
+
+TEST_F(Stemming, StopWordsNumbersContractions) {
+  const std::string source = "s1> se2>";
+  const struct {
+    const char* word;
+    int policy;
+    const char* stem;
+  } cases[] = {{"the", 6, ""},          {"the's", 6, ""},      {"a", 6, ""},
+               {"-abc", 6, ""},         {"*abcs", 6, ""},      {"dogs", 6, "dogs"},
+               {"indices", 6, "index"}, {"7up", 6, "lemonad"}, {"can't", 6, ""},
+               {"we've", 6, ""},        {"they're", 6, ""},    {"we'll", 6, ""},
+               {"he'd", 6, ""},         {"dog's", 6, "dog"},   {"horses'", 6, "hors"},
+               {"it'x", 6, "it'x"},     {"n't", 6, ""},        {"'s", 6, "'s"},
+               {"1996", 6, "1996"},     {"19960", 6, ""},      {"19960", 0, "19960"},
+               {"b2b", 6, "b2b"},       {"abc12345", 6, ""},   {"abc12345", 4, "abc12345"},
+               {"12345", 4, ""},        {"12345", 2, ""},      {"123", 1, ""},
+               {"123x", 1, "123x"},     {"1a2b3c4d5e", 2, ""}};
+  TkStemmerImpl stopping(tableOf(source), std::make_unique<MapStop>());
+  TkStemmerImpl plain(tableOf(source), nullptr);
+  for (const auto& c : cases) {
+    stopping.numberPolicy(c.policy);
+    char place[64] = "old";
+    std::ostringstream os;
+    os << *stopping.stem(WmLocalWord(c.word).word(), reinterpret_cast<WmWord*>(place));
+    EXPECT_EQ(os.str(), c.stem) << c.word;
+  }
+  // In the place of the word itself, and in a new one.
+  for (const auto& [word, expected] :
+       {std::pair{"a", "a"}, {"19960", "19960"}, {"apples", "appl"}}) {
+    WmLocalWord in(word);
+    const std::unique_ptr<WmWord> made(plain.stem(in.word(), nullptr));
+    EXPECT_EQ(*made, *WmLocalWord(expected));
+    EXPECT_EQ(*plain.stem(in.word(), in.word()), *made);
+  }
+  const std::unique_ptr<WmWord> none(stopping.stem(WmLocalWord("the").word(), nullptr));
+  EXPECT_FALSE(none->valid());
+}
+
+// Any bytes of any length make a word that fits.
+TEST_F(Stemming, HostileWords) {
+  TkStemmerImpl stemmer(tableOf("s0ss>"), std::make_unique<MapStop>());
+  std::mt19937 random(11);
+  for (int round = 0; round < 500; ++round) {
+    char word[256], place[64];
+    for (char& c : word) c = static_cast<char>(random() % 3 != 0 ? 's' : random() % 256);
+    stemmer.stem(reinterpret_cast<WmWord*>(word), reinterpret_cast<WmWord*>(place));
+    EXPECT_LT(reinterpret_cast<WmWord*>(place)->num_letters(), 64);
+  }
+}
+
+}  // namespace
+}  // namespace vandrelle

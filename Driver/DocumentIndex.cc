@@ -1,0 +1,163 @@
+#include "Driver/DocumentIndex.h"
+
+#include <limits.h>
+
+#include <fstream>
+#include <iomanip>
+#include <memory>
+#include <string>
+
+#include "Document/DcFieldBag.h"
+#include "Document/DcFieldFinder.h"
+#include "Document/DcFieldParser.h"
+#include "Document/DcManager.h"
+#include "Document/DcMetaIndexCreator.h"
+#include "Driver/ExclusionFile.h"
+#include "Driver/InputFile.h"
+#include "Driver/VymFieldFinder.h"
+#include "Exception.h"
+#include "Fun/FdWrapper.h"
+#include "Tool/NameManager.h"
+#include "Tool/SysTools.h"
+#include "Tool/VandrelleLog.h"
+
+namespace vandrelle {
+namespace {
+
+constexpr int kHtml = 1;
+constexpr int kText = 2;
+constexpr int kPdf = 4;
+constexpr int kCustom = 16;
+
+constexpr int kTextType = 1;
+constexpr int kPdfType = 15;
+constexpr int kCustomType = 16;
+constexpr int kHtmlType = 2048;
+
+// The field database does not extend what an earlier run left.
+void removeOldFields(NameManager* rootName) {
+  for (const char* suffix : {".fld.nam", ".fld.val", ".fld.ptr", ".fld.lst"}) {
+    SysTools::removeFile(rootName->suffix(suffix));
+  }
+}
+
+void readExclusions(DcMetaIndexCreator* imgr, const char* path) {
+  excludeObj entries(path);
+  if (!entries.okFile()) THROW(IO, "File " << path << "cannot be opened for reading.");
+  while (entries.nextLine()) {
+    if (entries.contentType() != excludeObj::kExclude) {
+      imgr->addDataType(entries.getName(), entries.contentType(), 1);
+      continue;
+    }
+    if (entries.getName()[0] == '\0') {
+      LOG(0, 0,
+          "Exclusion file " << path << ", line " << entries.lineNumber()
+                            << ": an empty pattern excludes every file.");
+    }
+    imgr->excludeRegExp(entries.getName());
+  }
+}
+
+void addOrExclude(DcMetaIndexCreator* imgr, const char* pattern, bool wanted, int type) {
+  if (wanted) {
+    imgr->addDataType(pattern, type, 0);
+  } else {
+    imgr->excludeRegExp(pattern);
+  }
+}
+
+// Adds all names of a list, separated by white space. No path of the system is
+// longer than the width; what is goes in pieces.
+void addFromList(DcMetaIndexCreator* imgr, std::ifstream& list) {
+  std::string name;
+  while (list >> std::setw(PATH_MAX - 1) >> name) imgr->Add(name.c_str());
+}
+
+}  // namespace
+
+DcFieldParser* FIELD_PARSER() {
+  DcFieldParser* parser = new DcFieldParser;
+  parser->AddFieldToBeIndexed("title", 1);
+  return parser;
+}
+
+// The first rule that applies to a file wins, so the order is the policy: what
+// the exclusion file says beats everything, and the catch-all comes last.
+DcMetaIndexCreator* INDEX_CREATOR(const char* rootname, int mode, const char* exclude,
+                                  DcUserTypes* types) {
+  DcMetaIndexCreator* imgr = DcManager::getMetaIndexCreator(rootname, 0, types);
+  if (exclude != nullptr) readExclusions(imgr, exclude);
+  imgr->excludeRegExp("~$");               // editor backups
+  imgr->excludeRegExp("VD\\-.*\\.html$");  // the system's own generated pages
+  imgr->excludeRegExp("\\/\\.[^\\/]+$");   // hidden files
+  imgr->excludeBadEndings();
+  // Any name with a dot and then "htm" somewhere behind it counts as HTML.
+  for (const char* pattern : {"\\..*htm.*$", "\\..*HTM.*$"}) {
+    addOrExclude(imgr, pattern, (mode & kHtml) != 0, kHtmlType);
+  }
+  for (const char* pattern : {"\\.pdf$", "\\.PDF$"}) {
+    addOrExclude(imgr, pattern, (mode & kPdf) != 0, kPdfType);
+  }
+  if ((mode & kCustom) != 0 && SysTools::fileExists(NameManager(rootname, 20).suffix(".cus"))) {
+    imgr->addDataType("\\.cus$", kCustomType, 1);
+    imgr->addDataType("\\.CUS$", kCustomType, 1);
+  }
+  if ((mode & kText) != 0) imgr->addDataType(".*", kTextType, static_cast<char>(mode & kText));
+  imgr->DoneWithDataTypes();
+  return imgr;
+}
+
+void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* exclude,
+                        const char* filelist, const char* userlist, const char* spiderdir,
+                        int mode_mask, int summaryMode, int numSumSent,
+                        VandrelleLogIostream* logger, const char* summaryroot, const char* mapfile,
+                        TkStemmer* stemmer, DcUserTypes* types) {
+  if (spiderdir == nullptr && userlist == nullptr && filelist == nullptr && !restArgs->more()) {
+    THROW(Fatal,
+          "You must designate files to be indexed using -flist, -ulist, or provide them on the "
+          "command line.");
+  }
+  removeOldFields(rootName);
+  LOG(2, 1, "Building document index...");
+  LOG(1, 1, "Building document index...");
+  logger->stream(1, nullptr);
+  VandrelleLog::Logger(logger);
+
+  // Destroyed from the last to the first: the creator uses all the others.
+  std::unique_ptr<VymFileToURLMapper> mapper;
+  DcFieldBag fields(0, 0);
+  std::unique_ptr<DcFieldFinder> sf;
+  std::unique_ptr<DcFieldFinder> ff;
+  std::unique_ptr<DcMetaIndexCreator> imgr(
+      INDEX_CREATOR(rootName->suffix(nullptr), mode_mask, exclude, types));
+  for (const char* field : {"title", "summary", "url"}) fields.Add(field, 0);
+  imgr->specifyFields(&fields);
+  if (mapfile != nullptr) mapper = std::make_unique<VymFileToURLMapper>(mapfile);
+  ff.reset(FIELD_FINDER(summaryMode, numSumSent, summaryroot, mapper.get(), stemmer));
+  imgr->setFieldFinder(ff.get());
+
+  if (filelist != nullptr) {
+    LOG(2, 0, "Reading file names from filelist");
+    std::ifstream list;
+    if (!openInputFile(filelist, list)) THROW(Fatal, "Coudn't open filelist '" << filelist << "'.");
+    addFromList(imgr.get(), list);
+  }
+  if (userlist != nullptr) {
+    LOG(2, 0, "Reading user directories from user list");
+    std::ifstream list;
+    if (!openInputFile(userlist, list)) {
+      THROW(Fatal, "Coudn't open user list '" << userlist << "'.");
+    }
+    addFromList(imgr.get(), list);
+  }
+  for (; restArgs->more(); restArgs->next()) imgr->Add(restArgs->key());
+  if (spiderdir != nullptr) {
+    sf.reset(SPIDER_FIELD_FINDER(summaryMode, numSumSent, summaryroot, stemmer));
+    imgr->setFieldFinder(sf.get());
+    LOG(2, 0, "Getting files from spider directory...");
+    imgr->Add(spiderdir);
+  }
+  imgr->DoneAddingDocs();
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,41 @@
+// The first stage of a run: turns what the user named into the document list
+// and the field database, before any word is indexed.
+#pragma once
+
+namespace vandrelle {
+
+class DcFieldParser;
+class DcMetaIndexCreator;
+class DcUserTypes;
+class FdSStream;
+class NameManager;
+class TkStemmer;
+class VandrelleLogIostream;
+
+// Lists the documents of all sources: the names in `filelist`, those in
+// `userlist`, the rest of `restArgs`, and `spiderdir` last; of the four any may be
+// null or empty, but not all. `mode_mask` as for INDEX_CREATOR. `summaryMode`,
+// `numSumSent`, `summaryroot`, `mapfile` and `stemmer` go to the field finder.
+// Owns nothing of what it is given. Mutes type 1 on `logger` and makes it the
+// log; the caller opens it again.
+//
+// Throws _Exception_Fatal without any source and for a list that cannot be
+// opened, and what the index creator throws.
+void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* exclude,
+                        const char* filelist, const char* userlist, const char* spiderdir,
+                        int mode_mask, int summaryMode, int numSumSent,
+                        VandrelleLogIostream* logger, const char* summaryroot, const char* mapfile,
+                        TkStemmer* stemmer, DcUserTypes* types);
+
+// A new index creator that knows what to take and as which type; the caller owns
+// it. `mode` has bit 1 for HTML, 2 for text, 4 for PDF, 16 for custom types;
+// `exclude`, the path of an exclusion file, may be null. Throws _Exception_IO when
+// that file cannot be opened.
+DcMetaIndexCreator* INDEX_CREATOR(const char* rootname, int mode, const char* exclude,
+                                  DcUserTypes* types);
+
+// A new field parser, owned by the caller, by which titles are indexed with the
+// text, once each.
+DcFieldParser* FIELD_PARSER();
+
+}  // namespace vandrelle

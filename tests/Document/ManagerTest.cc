@@ -1,0 +1,247 @@
+#include <map>
+#include <vector>
+
+#include "Document/DcDocumentStream.h"
+#include "Document/DcFileHeaderDocument.h"
+#include "Document/DcManagerManager.h"
+#include "Document/DcMetaDocManager.h"
+#include "Document/TempFnameCreator.h"
+#include "DocumentFixture.h"
+#include "Exception.h"
+#include "Fun/FdStream.h"
+#include "Token.h"
+#include "Token/TkStemmer.h"
+#include "Word.h"
+
+namespace vandrelle {
+namespace {
+
+// Two files of one document (0 and 3) around one of three articles (1, 2 ...).
+class ManagerTest : public DocumentFixture {
+ protected:
+  ManagerTest() : stemmer_(TkManager::NullStemmer()) {
+    const std::string first = write("first.txt", "alpha beta");
+    const std::string articles = write("articles", "one two--three--four five");
+    const std::string last = write("last.txt", "omega");
+    root_ = path("ix");
+    std::vector<int> rows = {1, 0, 0, 4, 0, 1, 4, 1, 1, 4, 2, 1, 1, 1, 2};
+    rows.resize(rows.size() + 18);
+    std::ofstream os(root_ + ".idx", std::ios::binary);
+    for (const int value : rows) DcDocumentUtil::write_int32(os, value);
+    writeIntegers("ix_one.idx", {10, -1, 5, -1});
+    writeIntegers("ix_mlt.idx", {0, 7, 0, 9, 5, 0, 16, 9, 5});
+    std::ofstream list(root_ + ".lst", std::ios::binary);
+    std::ofstream pointers(root_ + ".lpt", std::ios::binary);
+    int document = 0;
+    for (const std::string& name : {first, articles, last}) {
+      DcDocumentUtil::write_int32(pointers, static_cast<int>(list.tellp()));
+      DcDocumentUtil::write_int32(pointers, document);
+      DcDocumentUtil::write_int16(list, -1);
+      list << name << ' ';
+      document += name == articles ? 3 : 1;
+    }
+    DcDocumentUtil::write_int32(list, 1234);
+  }
+
+  std::unique_ptr<DcMetaDocManager> bind() {
+    return std::make_unique<DcMetaDocManager>(root_.c_str(), stemmer_.get(), nullptr, nullptr);
+  }
+
+  static std::string words(DcDocument* document) {
+    const std::unique_ptr<FdStream> stream(document->words());
+    std::string all;
+    for (stream->reset(); stream->more(); stream->next()) {
+      const WmWord* word = static_cast<WmWord*>(stream->key());
+      all += std::string(word->letters(), static_cast<std::size_t>(word->num_letters())) + " ";
+    }
+    return all;
+  }
+
+  static std::string thrown(const std::function<void()>& action) {
+    std::string message;
+    ExceptionEnvironment environment;
+    if (GUARDED(environment)) {
+      action();
+    } else {
+      environment.restore_env();
+      const std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
+      message = std::string(caught->name()) + ": " + caught->message();
+    }
+    return message;
+  }
+
+  std::unique_ptr<TkStemmer> stemmer_;
+  std::string root_;
+};
+
+TEST_F(ManagerTest, ServesDocumentsOfAllForms) {
+  const auto manager = bind();
+  ASSERT_EQ(manager->numDocuments(), 5);
+  EXPECT_EQ(manager->corpusSize(), 1234);
+  struct {
+    std::string name, text;
+    int size, headSize;
+  } expected[] = {
+      {path("first.txt"), "alpha beta ", 10, 0},    {path("articles") + ":doc0", "one two ", 7, 0},
+      {path("articles") + ":doc1", "three ", 5, 0}, {path("articles") + ":doc2", "five ", 9, 5},
+      {path("last.txt"), "omega ", 5, 0},
+  };
+  for (const int number : {0, 1, 2, 3, 4, 2, 0}) {
+    const std::unique_ptr<DcDocument> document(manager->documentNum(number));
+    auto* header = DESCRIPTOR_CAST(DcFileHeaderDocument, document.get());
+    ASSERT_NE(header, nullptr);
+    EXPECT_EQ(header->documentNum(), number);
+    EXPECT_EQ(taken(header->documentName()), expected[number].name);
+    EXPECT_EQ(header->numCharacters(), expected[number].size);
+    EXPECT_EQ(header->HeadSize(), expected[number].headSize);
+    EXPECT_EQ(words(header), expected[number].text);
+  }
+  EXPECT_EQ(manager->documentNum(5), nullptr);
+  EXPECT_EQ(manager->documentNum(-1), nullptr);
+}
+
+TEST_F(ManagerTest, NamesLeadBackToNumbers) {
+  const auto manager = bind();
+  const std::string articles = path("articles");
+  const std::map<std::string, int> expected = {
+      {path("first.txt"), 0},  {articles, 1},
+      {articles + ":doc2", 3}, {articles + ":doc5", -1},
+      {articles + ":xyz1", 2}, {articles + ":abs17", 17},
+      {path("none"), -1},      {"a:b", -1},
+  };
+  for (const auto& [name, number] : expected)
+    EXPECT_EQ(manager->nameToNum(name.c_str()), number) << name;
+  const std::unique_ptr<DcDocument> document(manager->documentName((articles + ":doc1").c_str()));
+  EXPECT_EQ(document->documentNum(), 2);
+  manager->absname(1);
+  EXPECT_EQ(taken(manager->numToName(2)), articles + ":abs2");
+}
+
+TEST_F(ManagerTest, NumbersMayStartElsewhere) {
+  const auto manager = bind();
+  manager->setFirstDoc(100);
+  EXPECT_EQ(manager->documentNum(99), nullptr);
+  const std::unique_ptr<DcDocument> document(manager->documentNum(101));
+  EXPECT_EQ(document->documentNum(), 101);
+  EXPECT_EQ(words(document.get()), "one two ");
+}
+
+TEST_F(ManagerTest, TwentyLiveDocumentsOfOneForm) {
+  const auto manager = bind();
+  std::vector<std::unique_ptr<DcDocument>> live;
+  for (int i = 0; i < 20; ++i) live.emplace_back(manager->documentNum(i % 2 == 0 ? 0 : 4));
+  EXPECT_EQ(thrown([&] { delete manager->documentNum(0); }),
+            "FileMgr: Too many streams open - delete your documents");
+  live.pop_back();
+  EXPECT_EQ(thrown([&] { live.emplace_back(manager->documentNum(0)); }), "");
+  // Articles of one file share a stream, so there is no such limit.
+  for (int i = 0; i < 60; ++i) live.emplace_back(manager->documentNum(1 + i % 3));
+  EXPECT_EQ(words(live.back().get()), "five ");
+}
+
+TEST_F(ManagerTest, ALostSourceYieldsNoWords) {
+  const auto manager = bind();
+  std::filesystem::remove(path("last.txt"));
+  const std::unique_ptr<DcDocument> document(manager->documentNum(4));
+  EXPECT_FALSE(DESCRIPTOR_CAST(DcFileHeaderDocument, document.get())->sourceAvailable());
+  EXPECT_EQ(words(document.get()), "");
+}
+
+TEST_F(ManagerTest, DamagedRowsDoNoHarm) {
+  const auto overwrite = [&](const char* name, long place, int value) {
+    std::fstream file(path(name), std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(place);
+    DcDocumentUtil::write_int32(file, value);
+  };
+  for (const int value : {-1, 0, 64, 2047, 2048, 32768, 40000, 0x7fffffff, -0x7fffffff}) {
+    for (const char* name : {"ix.idx", "ix_one.idx", "ix_mlt.idx"}) {
+      for (const long place : {0, 4, 8, 12, 16, 20}) {
+        int before;
+        {
+          std::ifstream file(path(name), std::ios::binary);
+          before = DcDocumentUtil::ReadAtPos(&file, place);
+        }
+        overwrite(name, place, value);
+        const auto manager = bind();
+        for (int number = 0; number < 3; ++number) {
+          const std::unique_ptr<DcDocument> document(manager->documentNum(number));
+          if (document == nullptr) continue;
+          taken(document->documentName());
+          // A size of 2 GiB would be walked byte by byte.
+          if (DESCRIPTOR_CAST(DcAsciiDocument, document.get())->numCharacters() < 1000) {
+            words(document.get());
+          }
+        }
+        overwrite(name, place, before);
+      }
+    }
+  }
+}
+
+TEST_F(ManagerTest, AnIndexOfOneTypeHasNoNames) {
+  writeIntegers("single.spc", {1, 2});
+  writeIntegers("single_one.idx", {3, -1, 4, -1});
+  DcMetaDocManager manager(path("single").c_str(), stemmer_.get(), nullptr, nullptr);
+  EXPECT_EQ(manager.numDocuments(), 2);
+  const std::unique_ptr<DcDocument> document(manager.documentNum(1));
+  EXPECT_EQ(DESCRIPTOR_CAST(DcFileHeaderDocument, document.get())->numCharacters(), 4);
+  EXPECT_EQ(words(document.get()), "");
+  EXPECT_EQ(manager.numToName(1), nullptr);
+  EXPECT_EQ(manager.nameToNum("x"), -1);
+  EXPECT_EQ(thrown([&] { DcMetaDocManager(path("none").c_str(), nullptr, nullptr, nullptr); }),
+            "FileMgr: There is no index to bind to");
+}
+
+// A manager of `count` documents that tells which number it was asked for.
+class CountingManager : public DcDocumentManager {
+ public:
+  explicit CountingManager(int count) : count_(count) {}
+  DcDocument* documentNum(int num) override {
+    asked_ = num;
+    return nullptr;
+  }
+  int numDocuments() override { return count_; }
+  char* numToName(int num) override { return DcDocumentUtil::intToStr(num); }
+
+  int count_;
+  int asked_ = -1;
+};
+
+TEST(DcManagerManager, FindsTheManagerOfEachNumber) {
+  for (const int managers : {1, 2, 3, 64, 65, 130}) {
+    std::vector<std::unique_ptr<CountingManager>> parts;
+    DcManagerManager joined;
+    std::vector<std::pair<int, int>> places;
+    for (int i = 0; i < managers; ++i) {
+      parts.push_back(std::make_unique<CountingManager>(i % 4));
+      const int used = i % 5 == 4 ? 1 : 0;
+      joined.AddManager(parts.back().get(), used);
+      const int taken = i % 4 == 0 ? 0 : used == 0 ? i % 4 : 1;
+      for (int k = 0; k < taken; ++k) places.emplace_back(i, k);
+    }
+    const int total = static_cast<int>(places.size());
+    ASSERT_EQ(joined.numDocuments(), total);
+    const auto check = [&](int number) {
+      const auto [manager, local] = places[static_cast<std::size_t>(number)];
+      joined.documentNum(number);
+      EXPECT_EQ(parts[static_cast<std::size_t>(manager)]->asked_, local) << number;
+      EXPECT_EQ(taken(joined.numToName(number)), std::to_string(local));
+    };
+    for (int number = 0; number < total; ++number) check(number);
+    for (int number = total - 1; number >= 0; --number) check(number);
+    EXPECT_EQ(joined.documentNum(total), nullptr);
+    EXPECT_EQ(joined.documentNum(-1), nullptr);
+  }
+}
+
+TEST_F(ManagerTest, TemporaryNamesAvoidWhatExists) {
+  write("tmp.0", "");
+  write("tmp.2", "");
+  const std::string root = path("tmp");
+  TempFnameCreator names(root.c_str());
+  EXPECT_EQ(taken(names.fname()), path("tmp.1"));
+  EXPECT_EQ(taken(names.fname()), path("tmp.3"));
+}
+
+}  // namespace
+}  // namespace vandrelle

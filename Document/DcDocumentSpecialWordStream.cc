@@ -38,11 +38,10 @@ int DcDocumentSpecialWordStream::keySize() {
 }
 
 void DcDocumentSpecialWordStream::key(void* buffer, int* size) {
-  if (pos_ != nullptr) {
-    new (buffer) WmWord(*pos_->wptr);
-    if (size != nullptr) *size = pos_->wptr->num_bytes();
-  } else if (original_ != nullptr) {
+  if (pos_ == nullptr && original_ != nullptr) {
     original_->key(buffer, size);
+  } else {
+    FdStream::key(buffer, size);
   }
 }
 

@@ -88,9 +88,9 @@ void DcDocumentStream::LoadNextBuffer() { loadBlock(static_cast<long>(bufsize_) 
 DcHeaderDocumentStream::DcHeaderDocumentStream(TkStemmer* stemmer, TkLexer* lexer,
                                                DcAsciiDocument* doc, int headSize, int bufsize,
                                                char* fieldsText)
-    : DcDocumentStream(stemmer, lexer), headSize_(headSize), fieldsText_(fieldsText) {
+    : DcDocumentStream(stemmer, lexer), headSize_(std::max(headSize, 0)), fieldsText_(fieldsText) {
   initialize(bufsize, doc);
-  partition(doc->numCharacters() - headSize_);
+  partition(std::max(doc->numCharacters(), 0) - headSize_);
 }
 
 DcHeaderDocumentStream::~DcHeaderDocumentStream() {

@@ -167,6 +167,7 @@ int DcMetaDocManager::docNumToFileNum(long docNum) {
 }
 
 char* DcMetaDocManager::numToFileName(int docNum) {
+  if (docNum >= numDocuments_) return nullptr;
   const int filenum = docNumToFileNum(docNum);
   if (filenum < 0 || !flm_->filesExist()) return nullptr;
   if (filenum != lastFileNum_) {

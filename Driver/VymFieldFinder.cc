@@ -27,6 +27,7 @@ constexpr char kUntitled[] = "(Untitled)";
 constexpr char kNoSummary[] = "(No Summary)";
 
 constexpr int kReadLimit = 0x13FFF;
+constexpr std::size_t kFirstPiece = 4096;
 constexpr std::size_t kShortestText = 5;
 constexpr int kShortestSentence = 3;
 constexpr int kCutFromLastSentence = 3;
@@ -61,6 +62,17 @@ const char* findIgnoringCase(const char* text, std::string_view word) {
   return nullptr;
 }
 
+// The bytes of a page, `limit` at most, that become the same plain text whatever
+// follows them: up to a tag that is not closed among them.
+std::size_t settledPart(const char* page, std::size_t limit) {
+  const void* close = memrchr(page, '>', limit);
+  const char* rest = close == nullptr ? page : static_cast<const char*>(close) + 1;
+  const std::size_t restSize = limit - static_cast<std::size_t>(rest - page);
+  const void* open = std::memchr(rest, '<', restSize);
+  if (open == nullptr) return limit;
+  return static_cast<std::size_t>(static_cast<const char*>(open) - page);
+}
+
 // The text may end in the middle of a word, so its last sentence loses what
 // stands behind its last white space, and 3 characters at least.
 void cutLastSentence(std::string& sentence) {
@@ -68,6 +80,23 @@ void cutLastSentence(std::string& sentence) {
   while (cut > 0 && !isBlank(sentence[cut - 1])) --cut;
   sentence.resize(cut);
   sentence += "...";
+}
+
+// The first `count` sentences, each followed by two blanks. `all`: they reach to
+// the end of the text. A new array that the caller owns.
+char* join(DcSentenceManager& sentences, int count, bool all) {
+  std::string summary;
+  for (int i = 0; i < count; ++i) {
+    const std::unique_ptr<DcDocument> doc(sentences.documentNum(i));
+    const auto* sentence = static_cast<const DcSimpleDocument*>(doc.get());
+    const int size = sentence->numCharacters();
+    if (size < kShortestSentence) continue;
+    std::string kept(sentence->buffer(), static_cast<std::size_t>(size));
+    if (all && i == count - 1) cutLastSentence(kept);
+    summary += kept;
+    summary += "  ";
+  }
+  return copyText(summary.c_str());
 }
 
 }  // namespace
@@ -116,49 +145,50 @@ char* VymFieldFinder::getSummary(DcDocument* doc) {
     // A header larger than what is read, or of unknown size.
     const int bodyStart =
         std::clamp(page->HeadSize(), 0, std::min(page->numCharacters(), kReadLimit));
-    const HeapAptr<char> body = PiHtmlSummarizeOperator::Html2Ascii(text.get() + bodyStart, -1);
-    summary = summarize(body.get());
+    summary = summarize(text.get() + bodyStart);
   }
   return summary == nullptr ? copyText(kNoSummary) : removeNewLines(summary);
 }
 
-char* VymFieldFinder::summarize(const char* text) {
+char* VymFieldFinder::summarize(const char* body) {
   switch (summaryMode_) {
     case 1:
-      return firstSentences(text);
+      return firstSentences(body);
     case 2:
-      return qualitySummary(text);
+      return qualitySummary(body);
     default:
       return nullptr;
   }
 }
 
-char* VymFieldFinder::qualitySummary(const char* text) {
+char* VymFieldFinder::qualitySummary(const char* body) {
   if (!qualityMissed_) {
     LOG(0, 0,
         "Quality summaries are not available yet; the first sentences of each document are used.");
     qualityMissed_ = true;
   }
-  return firstSentences(text);
+  return firstSentences(body);
 }
 
-char* VymFieldFinder::firstSentences(const char* text) {
-  DcSentenceManager sentences(text, nullStemmer_.get(), textLexer_.get(), 1, 0, 0);
-  const int count = sentences.numDocuments();
-  const int wanted = std::min(count, numSummarySentences_);
-  if (wanted <= 0) return nullptr;
-  std::string summary;
-  for (int i = 0; i < wanted; ++i) {
-    const std::unique_ptr<DcDocument> doc(sentences.documentNum(i));
-    const auto* sentence = static_cast<const DcSimpleDocument*>(doc.get());
-    const int size = sentence->numCharacters();
-    if (size < kShortestSentence) continue;
-    std::string kept(sentence->buffer(), static_cast<std::size_t>(size));
-    if (i == count - 1) cutLastSentence(kept);
-    summary += kept;
-    summary += "  ";
+// Most pages have the wanted sentences near their top. A piece of the page is
+// enough if it holds two more: the last one may end elsewhere in the whole page,
+// and the one before it shows that the quota does not cover all.
+char* VymFieldFinder::firstSentences(const char* body) {
+  if (numSummarySentences_ <= 0) return nullptr;
+  const std::size_t size = std::strlen(body);
+  for (std::size_t limit = kFirstPiece; limit < size; limit *= 4) {
+    const HeapAptr<char> text =
+        PiHtmlSummarizeOperator::Html2Ascii(body, static_cast<int>(settledPart(body, limit)));
+    DcSentenceManager sentences(text.get(), nullStemmer_.get(), textLexer_.get(), 1, 0, 0);
+    if (sentences.numDocuments() - 2 >= numSummarySentences_) {
+      return join(sentences, numSummarySentences_, false);
+    }
   }
-  return copyText(summary.c_str());
+  const HeapAptr<char> text = PiHtmlSummarizeOperator::Html2Ascii(body, static_cast<int>(size));
+  DcSentenceManager sentences(text.get(), nullStemmer_.get(), textLexer_.get(), 1, 0, 0);
+  const int count = sentences.numDocuments();
+  if (count == 0) return nullptr;
+  return join(sentences, std::min(count, numSummarySentences_), count <= numSummarySentences_);
 }
 
 // The expression is searched for, not anchored, in all of the text behind a tag:

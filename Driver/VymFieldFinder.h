@@ -56,9 +56,10 @@ class VymFieldFinder : public DcFieldFinder {
   virtual char* removeNewLines(char* buffer);
 
  private:
-  char* summarize(const char* text);
-  char* qualitySummary(const char* text);
-  char* firstSentences(const char* text);
+  // Of the page without its header; null if there is nothing to take.
+  char* summarize(const char* body);
+  char* qualitySummary(const char* body);
+  char* firstSentences(const char* body);
 
   int summaryMode_;
   int numSummarySentences_;

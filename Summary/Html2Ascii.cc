@@ -7,7 +7,15 @@ namespace vandrelle {
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+// Characters that are neither white space nor begin a tag.
+struct PlainCharacters {
+  bool plain[256];
+  constexpr PlainCharacters() : plain() {
+    for (int c = 0; c < 256; ++c) plain[c] = c != ' ' && (c < '\t' || c > '\r') && c != '<';
+  }
+  bool operator[](char c) const { return plain[static_cast<unsigned char>(c)]; }
+};
+constexpr PlainCharacters kPlain;
 
 // The names of the tags that break the text; `<br>` has no closing form. Tags
 // with attributes are not among them.
@@ -38,10 +46,11 @@ class FoldedText {
  public:
   explicit FoldedText(char* place) : begin_(place), end_(place) {}
 
-  void put(char c) {
+  void put(const char* begin, std::size_t size) {
     if (blankWaits_) *end_++ = ' ';
     blankWaits_ = false;
-    *end_++ = c;
+    std::memcpy(end_, begin, size);
+    end_ += size;
   }
   void blank() { blankWaits_ = end_ != begin_; }
   // The mark takes the place of a blank that waits, and its own blank waits.
@@ -67,22 +76,26 @@ HeapAptr<char> PiHtmlSummarizeOperator::Html2Ascii(const char* buf, int len) {
   auto place = std::make_unique_for_overwrite<char[]>(size + 1);
   FoldedText text(place.get());
   bool tagsClose = true;  // there may be a `>` ahead
-  for (const char* p = buf; p < end; ++p) {
-    if (isBlank(*p)) {
+  for (const char* p = buf; p < end;) {
+    const char* run = p;
+    while (p < end && kPlain[*p]) ++p;
+    if (p != run) text.put(run, static_cast<std::size_t>(p - run));
+    if (p == end) break;
+    if (*p != '<') {
       text.blank();
+      ++p;
       continue;
     }
-    if (*p == '<' && tagsClose) {
-      const void* found = std::memchr(p, '>', static_cast<std::size_t>(end - p));
-      if (found != nullptr) {
-        const char* close = static_cast<const char*>(found);
-        if (isBlockTag({p + 1, static_cast<std::size_t>(close - p - 1)})) text.sentenceMark();
-        p = close;
-        continue;
-      }
+    const void* close =
+        tagsClose ? std::memchr(p, '>', static_cast<std::size_t>(end - p)) : nullptr;
+    if (close == nullptr) {
       tagsClose = false;
+      text.put(p++, 1);
+      continue;
     }
-    text.put(*p);
+    const char* tag = p + 1;
+    p = static_cast<const char*>(close) + 1;
+    if (isBlockTag({tag, static_cast<std::size_t>(p - 1 - tag)})) text.sentenceMark();
   }
   text.finish();
   return place;

@@ -9,12 +9,16 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <random>
 #include <sstream>
 #include <string>
 
 #include "Document/DcHeaderDocument.h"
+#include "Document/DcSentenceManager.h"
 #include "Document/DcSimpleDocument.h"
 #include "Exception.h"
+#include "Summary/PiHtmlSummarizeOperator.h"
 #include "Tool/HeapText.h"
 #include "Tool/VandrelleLog.h"
 
@@ -105,6 +109,34 @@ TEST(VymFieldFinder, FirstSentences) {
   EXPECT_EQ(summary(Page("<head>\n<title>T</title></head>Body text here", 30), 1, 9),
             "Body text ...  ");
   for (const int sentences : {0, -1}) EXPECT_EQ(summary(Page(text), 1, sentences), "(No Summary)");
+}
+
+// A summary is taken from the first pieces of a page where that is enough.
+TEST(VymFieldFinder, LargePagesGiveWhatTheWholeTextGives) {
+  std::mt19937 random(7);
+  const char* const parts[] = {"word ",   "ends. ", "<b>", "</li>", "< ",   "> ",  "3.1",
+                               "\"so.\"", "a. ",    ".",   "x",     "<h1 ", "i>\n"};
+  for (int round = 0; round < 300; ++round) {
+    std::string body = "Plain. ";
+    // Few kinds of parts at a time: pages without a `>`, without a mark, ...
+    const std::size_t kinds = 1 + random() % std::size(parts);
+    const std::size_t first = random() % std::size(parts);
+    while (body.size() < 20000) body += parts[(first + random() % kinds) % std::size(parts)];
+    const HeapAptr<char> text = PiHtmlSummarizeOperator::Html2Ascii(body.c_str(), -1);
+    DcSentenceManager sentences(text.get(), nullptr, nullptr, 1, 0, 0);
+    const int count = sentences.numDocuments();
+    for (const int quota : {1, 3, 40, 700}) {
+      if (quota >= count) continue;
+      std::string expected;
+      for (int i = 0; i < quota; ++i) {
+        const std::unique_ptr<DcDocument> doc(sentences.documentNum(i));
+        const auto* sentence = static_cast<DcSimpleDocument*>(doc.get());
+        expected.append(sentence->buffer(), static_cast<std::size_t>(sentence->numCharacters()));
+        expected += "  ";
+      }
+      ASSERT_EQ(summary(Page(body), 1, quota), expected) << body;
+    }
+  }
 }
 
 TEST(VymFieldFinder, NothingToShow) {

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iomanip>
 
+#include "Driver/InputFile.h"
 #include "Exception.h"
 #include "Fun/Fd.h"
 #include "Tool/HeapText.h"
@@ -39,12 +40,10 @@ VymFileToURLMapper::VymFileToURLMapper(const char* filename) : VymFileToURLMappe
 VymFileToURLMapper::~VymFileToURLMapper() = default;
 
 void VymFileToURLMapper::readMappingsFromFile(const char* filename) {
-  std::ifstream file(filename);
-  // A directory opens, but does not read.
-  if (!file || (file.peek() == std::ifstream::traits_type::eof() && file.bad())) {
+  std::ifstream file;
+  if (!openInputFile(filename, file)) {
     THROW(Fatal, "Mapfile " << filename << "could not be opened.");
   }
-  file.clear();
   char urlPrefix[kTokenRoom];
   char filePrefix[kTokenRoom];
   while (file >> std::setw(kTokenRoom) >> urlPrefix) {

@@ -23,10 +23,10 @@ namespace vandrelle {
 // the number of significant bits of `numBuckets`.
 inline int FdMapHashImpl(const void* key, int bytes, int numBuckets) {
   if (numBuckets <= 0) THROW(Fd, "A map needs at least one bucket.");
-  const auto* byte = static_cast<const unsigned char*>(key);
+  const auto* letters = static_cast<const unsigned char*>(key);
   std::uint32_t hashed = 0;
   for (int i = 0; i < bytes; ++i) {
-    hashed ^= static_cast<std::uint32_t>(byte[i]) << (i % 4 * 8);
+    hashed ^= static_cast<std::uint32_t>(letters[i]) << (i % 4 * 8);
   }
   const int bits = std::bit_width(static_cast<unsigned>(numBuckets));
   for (int shift = bits; shift < 32; shift += bits) hashed ^= hashed >> shift;

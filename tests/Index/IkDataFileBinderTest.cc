@@ -1,0 +1,191 @@
+#include "Index/IkDataFileBinder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "IkTestTools.h"
+#include "Index/IkDataFileCreator.h"
+
+namespace vandrelle {
+namespace {
+
+using Pairs = std::vector<std::pair<int, int>>;
+
+class PairCollector : public IkDataFileUnpacker {
+ public:
+  void action(int doc_num, int doc_freq, float idf) override {
+    pairs.emplace_back(doc_num, doc_freq);
+    scale = idf;
+  }
+  Pairs pairs;
+  float scale = 0;
+};
+
+std::string rootOf(const char* name) {
+  const std::string root = testing::TempDir() + name;
+  for (const char* suffix : {".dat", ".xk", ".xidx.xw"}) std::remove((root + suffix).c_str());
+  return root;
+}
+
+Pairs currentRow(IkDataFileBinder* binder) {
+  PairCollector collector;
+  binder->unpackRow(&collector);
+  return collector.pairs;
+}
+
+std::vector<IkDocumentInfo> everyThird(int pairs) {
+  std::vector<IkDocumentInfo> row;
+  for (int i = 0; i < pairs; ++i) row.push_back({3 * i, 2});
+  return row;
+}
+
+TEST(IkDataFileCreator, LaysRowsOnMultiplesOfFourWithZeroPadding) {
+  const std::string root = rootOf("layout");
+  {
+    IkDataFileCreator creator;
+    creator.create((root + ".dat").c_str(), 0);
+    const IkDocumentInfo filled[] = {{0x1111, 300}, {0x3333, 300}, {0x5555, 300}};
+    creator.writeRow(filled, 3, 1.0f);
+    EXPECT_EQ(creator.offset(), StStoragePos(20));
+    const int dense[] = {1, 0, 0};
+    creator.writeRow(dense, 3, 2.0f);
+    EXPECT_EQ(creator.offset(), StStoragePos(32));
+    creator.flush();
+    EXPECT_EQ(bytesOf(root + ".dat").size(), 32u);
+  }
+  const std::string expected(
+      "\0\0\0\xC\x3F\x80\0\0\x11\x11\x81\x2C\x22\x22\x81\x2C\x22\x22\x81\x2C"
+      "\0\0\0\x2\x40\0\0\0\x80\0\0\0",
+      32);
+  EXPECT_EQ(bytesOf(root + ".dat"), expected);
+}
+
+TEST(IkDataFileCreator, RefusesARowWithoutPairs) {
+  const std::string root = rootOf("empty");
+  IkDataFileCreator creator;
+  creator.create((root + ".dat").c_str(), 0);
+  const int dense[] = {0, 0};
+  EXPECT_NE(thrownBy([&] { creator.writeRow(dense, 2, 1.0f); }), "");
+}
+
+// Rows around the sizes at which the work buffer grows and the reader's windows
+// end, walked and sought, in every way of opening.
+TEST(IkDataFileBinder, ReadsBackRowsOfAllSizes) {
+  const std::string root = rootOf("sizes");
+  const int sizes[] = {1, 2700, 5, 340, 341, 342, 4096, 3, 300000, 1, 2};
+  std::vector<StStoragePos> offsets;
+  {
+    IkDataFileCreator creator;
+    creator.create((root + ".dat").c_str(), 1025);
+    for (int size : sizes) {
+      offsets.push_back(creator.offset());
+      creator.writeRow(everyThird(size).data(), size, static_cast<float>(size));
+    }
+  }
+  const struct {
+    int mode;
+    int mmap;
+  } ways[] = {{0, 0}, {0, 1}, {1, 0}};
+  for (const auto& way : ways) {
+    IkDataFileBinder binder;
+    binder.bind(root.c_str(), way.mode, way.mmap);
+    std::size_t rows = 0;
+    for (; binder.more(); binder.next(), ++rows) {
+      ASSERT_EQ(binder.tell(), offsets[rows]);
+      ASSERT_EQ(binder.scale(), static_cast<float>(sizes[rows]));
+      const Pairs pairs = currentRow(&binder);
+      ASSERT_EQ(static_cast<int>(pairs.size()), sizes[rows]);
+      ASSERT_EQ(pairs.back(), std::make_pair(3 * sizes[rows] - 3, 2));
+    }
+    EXPECT_EQ(rows, std::size(sizes));
+    EXPECT_EQ(binder.scale(), 0.0f);
+
+    for (std::size_t row : {8, 0, 9, 4, 3, 8}) {
+      binder.seek(offsets[row]);
+      ASSERT_EQ(static_cast<int>(currentRow(&binder).size()), sizes[row]);
+    }
+    binder.seek(offsets[1]);
+    const int size = static_cast<int>(binder.dataSize());
+    IkDataRowBuffer* buffer = binder.rowBuffer();
+    binder.seek(offsets[8]);
+    int pairs = 0;
+    IkDataFile::unpackPairs(buffer->data(), size, [&](int, int) { ++pairs; });
+    EXPECT_EQ(pairs, 2700);
+    delete buffer;
+  }
+}
+
+TEST(IkDataFileBinder, KeepsToItsContract) {
+  const std::string root = rootOf("contract");
+  {
+    IkDataFileCreator creator;
+    creator.create((root + ".dat").c_str(), 0);
+    const IkDocumentInfo row[] = {{1, 1}, {2, 7}};
+    creator.writeRow(row, 2, 0.5f);
+  }
+  IkDataFileBinder binder;
+  binder.bind(root.c_str(), 0, 0);
+  binder.seek(1000);
+  EXPECT_EQ(binder.offset(), 0u);
+  PairCollector collector;
+  collector.pairs.reserve(4);
+  binder.rawUnpackRow(&collector, 3.0f);
+  EXPECT_EQ(collector.scale, 3.0f);
+  EXPECT_EQ(collector.pairs, (Pairs{{1, 1}, {2, 7}}));
+  EXPECT_EQ(thrownBy([&] { binder.scale(1.0f); }), "Ik: Cannot set scale while in read-only mode.");
+  EXPECT_EQ(thrownBy([&] { binder.updateInfo(); }), "Ik: Call to dead code!");
+  binder.next();
+  EXPECT_FALSE(binder.more());
+  EXPECT_EQ(thrownBy([&] { binder.rawUnpackRow(&collector, 1.0f); }), "Ik: Invalid rawUnpackRow()");
+
+  binder.bind(root.c_str(), 1, 0);
+  binder.scale(9.0f);
+  EXPECT_EQ(binder.scale(), 9.0f);
+
+  // Document 2 of 10 deleted: the third bit from the top.
+  writeBytes(root + ".xk", std::string("\0\0\0\xA\0\0\0\1\x20\0", 10));
+  binder.bind(root.c_str(), 0, 0);
+  EXPECT_EQ(binder.deleter()->numDeleted(), 1);
+  EXPECT_EQ(currentRow(&binder), (Pairs{{1, 1}}));
+  for (int chunk : {-1, 10, 11, 0x7fffffff}) EXPECT_EQ(binder.deleter()->isDeleted(chunk), 0);
+}
+
+TEST(IkDataFileBinder, DamagedFilesThrow) {
+  const std::string root = rootOf("damaged");
+  const std::string row("\0\0\0\2\x3F\x80\0\0\x80\1\0\0", 12);
+  const struct {
+    const char* what;
+    std::string bytes;
+  } cases[] = {
+      {"ends within a header", row + row.substr(0, 7)},
+      {"ends within a row", row + row.substr(0, 9)},
+      {"a size beyond the file", row + std::string("\x7F\xFF\xFF\xFF", 4) + row.substr(4)},
+      {"ends within a pair", row + std::string("\0\0\0\2\x3F\x80\0\0\1\1\0\0", 12)},
+  };
+  for (const auto& c : cases) {
+    writeBytes(root + ".dat", c.bytes);
+    for (int mmap : {0, 1}) {
+      IkDataFileBinder binder;
+      PairCollector collector;
+      collector.pairs.reserve(8);
+      EXPECT_EQ(thrownBy([&] {
+                  binder.bind(root.c_str(), 0, mmap);
+                  for (; binder.more(); binder.next()) binder.unpackRow(&collector);
+                }).substr(0, 3),
+                "Ik:")
+          << c.what;
+      EXPECT_EQ(collector.pairs, (Pairs{{1, 1}})) << c.what;
+    }
+  }
+  writeBytes(root + ".dat", row);
+  writeBytes(root + ".xk", std::string("\0\0\1\0\0\0\0\1\x20", 9));
+  IkDataFileBinder binder;
+  EXPECT_EQ(thrownBy([&] { binder.bind(root.c_str(), 0, 0); }).substr(0, 3), "Ik:");
+}
+
+}  // namespace
+}  // namespace vandrelle

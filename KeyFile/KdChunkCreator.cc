@@ -60,8 +60,10 @@ void KdChunkCreator::Add_Entry(const WmWord* aWord, const void* data, int32 data
   if (data_size >= chunk_size_) THROW(KdInit, "Chunk size must be greater than data size.");
   if (aWord->num_letters() > kKdMaxLetters) THROW(KdWordTooBig, "Word too long.");
   if (data_size > kKdMaxDataBytes) THROW(KdWordTooBig, "Data too big.");
-  if (data_size < 0) THROW(KdInit, "Data size must not be negative.");
-  if (!const_data_) data_size_ = data_size;
+  if (!const_data_) {
+    if (data_size < 0) THROW(KdInit, "Data size must not be negative.");
+    data_size_ = data_size;
+  }
   if (WmWord::cmp(aWord, prev_word_) <= 0) return;
   ++word_num_;
   in_ptr_file_ = 0;

@@ -138,14 +138,14 @@ struct SourceName {
 };
 
 // Composes the message (`text` is a chain of << operands), places it and jumps.
-#define THROW(Family, text_)                                                              \
-  do {                                                                                    \
-    static constexpr ::vandrelle::SourceName vandrelle_source_name(__FILE__);             \
-    ::vandrelle::ExceptionManager::errstream.rewind();                                    \
-    ::vandrelle::ExceptionManager::errstream << text_;                                    \
-    ::vandrelle::ExceptionManager::instance()->do_throw(                                  \
+#define THROW(Family, text_)                                                                    \
+  do {                                                                                          \
+    static constexpr ::vandrelle::SourceName vandrelle_source_name(__FILE__);                   \
+    ::vandrelle::ExceptionManager::errstream.rewind();                                          \
+    ::vandrelle::ExceptionManager::errstream << text_;                                          \
+    ::vandrelle::ExceptionManager::instance()->do_throw(                                        \
         (new ::vandrelle::_Exception_##Family(::vandrelle::ExceptionManager::errstream.text())) \
-            ->place(vandrelle_source_name.text, __LINE__));                               \
+            ->place(vandrelle_source_name.text, __LINE__));                                     \
   } while (false)
 
 // True on the direct road; false when a throw has come back.
@@ -153,22 +153,22 @@ struct SourceName {
 
 // Families. A family may derive from up to two others; the tag is the tail of
 // the class name. Each module declares its own.
-#define VANDRELLE_EXCEPTION_BODY(Tag, ParentTest)                                          \
-  class _Exception_##Tag : public ::vandrelle::Exception {                                 \
-   public:                                                                                 \
-    explicit _Exception_##Tag(const char* message_) : ::vandrelle::Exception(message_) {}  \
-    static const char* Name() { return #Tag; }                                             \
-    static bool IsExactly(const char* classname) { return sameName(Name(), classname); }   \
+#define VANDRELLE_EXCEPTION_BODY(Tag, ParentTest)                                           \
+  class _Exception_##Tag : public ::vandrelle::Exception {                                  \
+   public:                                                                                  \
+    explicit _Exception_##Tag(const char* message_) : ::vandrelle::Exception(message_) {}   \
+    static const char* Name() { return #Tag; }                                              \
+    static bool IsExactly(const char* classname) { return sameName(Name(), classname); }    \
     static bool IsA(const char* classname) { return IsExactly(classname) || (ParentTest); } \
-    const char* name() const override { return Name(); }                                   \
-    bool isA(const char* classname) const override { return IsA(classname); }              \
+    const char* name() const override { return Name(); }                                    \
+    bool isA(const char* classname) const override { return IsA(classname); }               \
   }
 #define EXCEPTION_FAMILY(Tag) VANDRELLE_EXCEPTION_BODY(Tag, false)
 #define EXCEPTION_FAMILY_1(Tag, Parent) \
   VANDRELLE_EXCEPTION_BODY(Tag, _Exception_##Parent::IsA(classname))
-#define EXCEPTION_FAMILY_2(Tag, Parent1, Parent2)                       \
-  VANDRELLE_EXCEPTION_BODY(Tag, _Exception_##Parent1::IsA(classname) || \
-                                    _Exception_##Parent2::IsA(classname))
+#define EXCEPTION_FAMILY_2(Tag, Parent1, Parent2) \
+  VANDRELLE_EXCEPTION_BODY(                       \
+      Tag, _Exception_##Parent1::IsA(classname) || _Exception_##Parent2::IsA(classname))
 
 EXCEPTION_FAMILY(Unimpl);
 EXCEPTION_FAMILY(System);

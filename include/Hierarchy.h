@@ -27,31 +27,32 @@ class HierarchyDescriptor {
 
 // Declares the descriptor class of a class without a described parent, or of
 // one with a parent whose descriptor is declared already.
-#define VANDRELLE_DESCRIPTOR_BODY(Class, ParentTest)                                       \
-  class _Descriptor_##Class : public ::vandrelle::HierarchyDescriptor {                    \
-   public:                                                                                 \
-    static const char* Name() { return #Class; }                                           \
-    static bool IsExactly(const char* classname) { return sameName(Name(), classname); }   \
+#define VANDRELLE_DESCRIPTOR_BODY(Class, ParentTest)                                        \
+  class _Descriptor_##Class : public ::vandrelle::HierarchyDescriptor {                     \
+   public:                                                                                  \
+    static const char* Name() { return #Class; }                                            \
+    static bool IsExactly(const char* classname) { return sameName(Name(), classname); }    \
     static bool IsA(const char* classname) { return IsExactly(classname) || (ParentTest); } \
-    const char* name() const override { return Name(); }                                   \
-    bool isA(const char* classname) const override { return IsA(classname); }              \
+    const char* name() const override { return Name(); }                                    \
+    bool isA(const char* classname) const override { return IsA(classname); }               \
   }
 #define DESCRIPTOR_ROOT(Class) VANDRELLE_DESCRIPTOR_BODY(Class, false)
 #define DESCRIPTOR_CHILD(Class, Parent) \
   VANDRELLE_DESCRIPTOR_BODY(Class, _Descriptor_##Parent::IsA(classname))
 
 // Inside a described class: its static descriptor object and the virtual type().
-#define DESCRIBED_ROOT(Class)                                          \
- public:                                                               \
-  static const _Descriptor_##Class type_;                              \
+#define DESCRIBED_ROOT(Class)             \
+ public:                                  \
+  static const _Descriptor_##Class type_; \
   virtual const ::vandrelle::HierarchyDescriptor* type() const { return &type_; }
-#define DESCRIBED(Class)                                               \
- public:                                                               \
-  static const _Descriptor_##Class type_;                              \
+#define DESCRIBED(Class)                  \
+ public:                                  \
+  static const _Descriptor_##Class type_; \
   const ::vandrelle::HierarchyDescriptor* type() const override { return &type_; }
 
 // In the class's source file: the one object.
-#define DEFINE_DESCRIPTOR(Class) const _Descriptor_##Class Class::type_ {}
+#define DEFINE_DESCRIPTOR(Class) \
+  const _Descriptor_##Class Class::type_ {}
 
 // The safe downcast: `object` as a Class*, or null when its descriptor says no
 // (or when `object` is null).

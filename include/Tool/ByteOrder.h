@@ -59,8 +59,12 @@ inline void storeU32(void* to, std::uint32_t value) {
 inline void storeU64(void* to, std::uint64_t value) {
   byte_order::store<std::uint64_t, std::endian::big>(to, value);
 }
-inline void storeS16(void* to, std::int16_t value) { storeU16(to, static_cast<std::uint16_t>(value)); }
-inline void storeS32(void* to, std::int32_t value) { storeU32(to, static_cast<std::uint32_t>(value)); }
+inline void storeS16(void* to, std::int16_t value) {
+  storeU16(to, static_cast<std::uint16_t>(value));
+}
+inline void storeS32(void* to, std::int32_t value) {
+  storeU32(to, static_cast<std::uint32_t>(value));
+}
 inline void storeFloat(void* to, float value) { storeU32(to, std::bit_cast<std::uint32_t>(value)); }
 
 inline std::uint32_t loadLittleU32(const void* from) {

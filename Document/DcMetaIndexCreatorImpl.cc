@@ -49,7 +49,7 @@ DcMetaIndexCreatorImpl::DcMetaIndexCreatorImpl(const char* root, short info, DcU
 }
 
 DcMetaIndexCreatorImpl::~DcMetaIndexCreatorImpl() {
-  if (!Done_) DoneAddingDocs();
+  if (!Done_ && (flc_ != nullptr || index_ != nullptr)) DoneAddingDocs();
 }
 
 // New rows follow the trailer of the earlier run, whose 72 bytes then read as
@@ -217,6 +217,11 @@ void DcMetaIndexCreatorImpl::DoneAddingDocs() {
     chooser_->Done();
   }
   VersionControl::setVersion(root_.c_str(), 0, 1);
+  // An empty list of names must not pass for success: an index of an earlier run
+  // may lie there.
+  if (flc_ == nullptr && info_ != 2) {
+    flc_ = std::make_unique<DcFileListCreator>(root_.c_str(), info_, this);
+  }
   if (flc_ != nullptr) flc_->Done();
   flc_.reset();
   if (index_ != nullptr && !index_->flush()) {

@@ -27,7 +27,7 @@ class DcMetaIndexCreatorImpl : public DcMetaIndexCreator {
   // existing one and adds to it. `root` is copied, `usertypes` not owned and may
   // be null. Throws _Exception_indexmgr when it cannot bind.
   DcMetaIndexCreatorImpl(const char* root, short info, DcUserTypes* usertypes);
-  ~DcMetaIndexCreatorImpl() override;  // calls DoneAddingDocs() if nobody did
+  ~DcMetaIndexCreatorImpl() override;  // calls DoneAddingDocs() if nobody did and names were added
 
   int Add(const char* fileName) override;
 

@@ -135,6 +135,15 @@ TEST_F(DocumentIndexTest, Failures) {
             "Fatal: Coudn't open filelist '/no/list'.");
   EXPECT_EQ(thrownBy([&] { list(nullptr, nullptr, dir_.c_str(), 1); }),
             "Fatal: Coudn't open user list '" + dir_ + "'.");
+  FdSBag none(Fd::Queue());
+  FdSStream rest(none.iterator());
+  NameManager name(root_.c_str(), 20);
+  const std::string empty = write("empty", "\n");
+  EXPECT_EQ(thrownBy([&] {
+              buildDocumentIndex(&name, &rest, nullptr, empty.c_str(), nullptr, nullptr, 1, 0, 2,
+                                 &logger_, nullptr, nullptr, nullptr, nullptr);
+            }),
+            "ListCr: no valid files added to index - no index built");
 }
 
 }  // namespace

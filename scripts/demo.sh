@@ -15,7 +15,7 @@ rm -rf out/demo
 mkdir -p out/demo
 
 # Without the two tables nothing is stemmed and no word is stopped.
-options=(-html)
+options=(-html -fsum)
 [[ -f build/release/table/stem.tbl ]] && options+=(-stem build/release/table/stem.tbl)
 [[ -f build/release/table/stop.ptr ]] && options+=(-stop build/release/table/stop)
 

@@ -49,7 +49,7 @@ DcMetaIndexCreatorImpl::DcMetaIndexCreatorImpl(const char* root, short info, DcU
 }
 
 DcMetaIndexCreatorImpl::~DcMetaIndexCreatorImpl() {
-  if (!Done_ && (flc_ != nullptr || index_ != nullptr)) DoneAddingDocs();
+  if (!Done_ && flc_ != nullptr) DoneAddingDocs();
 }
 
 // New rows follow the trailer of the earlier run, whose 72 bytes then read as

@@ -1,5 +1,11 @@
 #include "Token/TkHtmlLexer.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include <bit>
+
 namespace vandrelle {
 
 using namespace character_class;
@@ -121,6 +127,38 @@ const char* TkHtmlLexer::scan(const char* begin, const char* end) {
   return p;
 }
 
+#ifdef __SSE2__
+namespace {
+
+constexpr int kBlock = 16;
+
+struct MarkupBlock {
+  int plain;     // characters in front of the first that stops the run
+  bool lineEnd;  // among them
+  bool paragraph;
+};
+
+// `highStops` is all ones or all zeros.
+inline MarkupBlock markupBlock(const char* p, __m128i highStops) {
+  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+  const auto is = [block](char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); };
+  // `>` and `?` differ in the lowest bit only.
+  const __m128i brackets =
+      _mm_cmpeq_epi8(_mm_or_si128(block, _mm_set1_epi8(1)), _mm_set1_epi8('?'));
+  const __m128i stops = _mm_or_si128(_mm_or_si128(brackets, _mm_and_si128(block, highStops)),
+                                     _mm_or_si128(is('.'), is('!')));
+  const int plain =
+      std::countr_zero(static_cast<unsigned>(_mm_movemask_epi8(stops)) | 1u << kBlock);
+  const int before = (1 << plain) - 1;
+  const __m128i lineEnds = _mm_or_si128(is('\n'), is('\r'));
+  const __m128i ps = _mm_cmpeq_epi8(_mm_or_si128(block, _mm_set1_epi8(0x20)), _mm_set1_epi8('p'));
+  return {plain, (_mm_movemask_epi8(lineEnds) & before) != 0,
+          (_mm_movemask_epi8(ps) & before) != 0};
+}
+
+}  // namespace
+#endif
+
 // Feeds what has no effect beyond flags.
 inline const char* TkHtmlLexer::markupRun(const char* begin, const char* end) {
   // A high byte acts only behind a finished word.
@@ -128,7 +166,17 @@ inline const char* TkHtmlLexer::markupRun(const char* begin, const char* end) {
       Classes::kCloses | Classes::kSentenceMark | (endword_ != 0 ? Classes::kHigh : 0);
   int raised = 0;
   const char* p = begin;
-  for (; p != end; ++p) {
+  bool stopped = false;
+#ifdef __SSE2__
+  const __m128i highStops = _mm_set1_epi8(endword_ != 0 ? -1 : 0);
+  while (!stopped && end - p >= kBlock) {
+    const MarkupBlock block = markupBlock(p, highStops);
+    raised |= (block.lineEnd ? kLineEnd : 0) | (block.paragraph ? kParagraphEnd : 0);
+    p += block.plain;
+    stopped = block.plain != kBlock;
+  }
+#endif
+  for (; !stopped && p != end; ++p) {
     const int bits = Classes::kTables.markup[static_cast<unsigned char>(*p)];
     if ((bits & stops) != 0) break;
     raised |= bits;

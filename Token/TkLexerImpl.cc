@@ -1,5 +1,10 @@
 #include "Token/TkLexerImpl.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include <bit>
 #include <iterator>
 
 namespace vandrelle {
@@ -32,6 +37,26 @@ constexpr const char* kEntities[] = {
     "&ntilde;", "&ograve;", "&oacute;", "&ocirc;",  "&otilde;", "&ouml;",  "",         "&oslash;",
     "&ugrave;", "&uacute;", "&ucirc;",  "&uuml;",   "&yacute;", "&thorn;", "&yuml;"};
 static_assert(std::size(kEntities) == 256 - kFirstReplaced);
+
+#ifdef __SSE2__
+constexpr int kBlock = 16;
+
+// Copies a block from `p` to `to`, its letters folded, and answers how many
+// letters and digits it begins with.
+inline int foldBlock(const char* p, char* to) {
+  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+  // Digits have the bit set that upper-case letters lack.
+  const __m128i folded = _mm_or_si128(block, _mm_set1_epi8(0x20));
+  // c in [first, first + n) as one signed comparison, first moved to -128.
+  const __m128i letters = _mm_cmplt_epi8(
+      _mm_add_epi8(folded, _mm_set1_epi8(static_cast<char>(0x80 - 'a'))), _mm_set1_epi8(-128 + 26));
+  const __m128i digits = _mm_cmplt_epi8(
+      _mm_add_epi8(block, _mm_set1_epi8(static_cast<char>(0x80 - '0'))), _mm_set1_epi8(-128 + 10));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), folded);
+  const int mask = _mm_movemask_epi8(_mm_or_si128(letters, digits));
+  return std::countr_one(static_cast<unsigned>(mask));
+}
+#endif
 
 }  // namespace
 
@@ -139,6 +164,29 @@ void TkLexerImpl::wordStep(char c, bool joins) {
   append(c);
 }
 
+inline const char* TkLexerImpl::letterRun(const char* begin, const char* end) {
+  const char* p = begin;
+  char* to = buf_ + current_ + 1;
+  char* const full = buf_ + kMaxLetters + 1;
+#ifdef __SSE2__
+  // Whole blocks, as long as all their letters have room. What is stored behind
+  // the last letter is never looked at.
+  while (end - p >= kBlock && full - to >= kBlock) {
+    const int letters = foldBlock(p, to);
+    p += letters;
+    to += letters;
+    if (letters != kBlock) return finishRun(begin, p);
+  }
+#endif
+  while (p != end && to != full) {
+    const char letter = kFolded.of[static_cast<unsigned char>(*p)];
+    if (letter == 0) break;
+    *to++ = letter;
+    ++p;
+  }
+  return finishRun(begin, p);
+}
+
 const char* TkLexerImpl::textRun(const std::uint8_t* classes, const char* begin, const char* end) {
   const auto classOf = [classes](const char* p) { return classes[static_cast<unsigned char>(*p)]; };
   const char* p = begin;
@@ -164,22 +212,6 @@ const char* TkLexerImpl::textRun(const std::uint8_t* classes, const char* begin,
     word_ = 1;
     ++offset_;
   }
-  return p;
-}
-
-const char* TkLexerImpl::letterRun(const char* begin, const char* end) {
-  const char* const stop =
-      end - begin > kMaxLetters - current_ ? begin + kMaxLetters - current_ : end;
-  const char* p = begin;
-  char* to = buf_ + current_ + 1;
-  while (p != stop) {
-    const char letter = kFolded.of[static_cast<unsigned char>(*p)];
-    if (letter == 0) break;
-    *to++ = letter;
-    ++p;
-  }
-  current_ += static_cast<int>(p - begin);
-  offset_ += static_cast<int>(p - begin);
   return p;
 }
 

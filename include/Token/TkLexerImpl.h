@@ -117,6 +117,11 @@ class TkLexerImpl : public TkLexer {
 
  private:
   const char* letterRun(const char* begin, const char* end);
+  const char* finishRun(const char* begin, const char* p) {
+    current_ += static_cast<int>(p - begin);
+    offset_ += static_cast<int>(p - begin);
+    return p;
+  }
 };
 
 }  // namespace vandrelle

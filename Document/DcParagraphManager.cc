@@ -7,17 +7,15 @@ namespace vandrelle {
 DEFINE_DESCRIPTOR(DcParagraphManager);
 
 DcParagraphManager::DcParagraphManager(DcAsciiDocument* doc, TkStemmer* stemmer, TkLexer* lexer,
-                                       int numSegments, int slideSize, int slideType)
-    : DcSegmentManager(doc, nullptr, stemmer, lexer, numSegments, slideSize, slideType,
-                       kParagraphEnd) {
+                                       int numSegments, int slideSize, int slideType) {
+  initialize(stemmer, lexer, doc, nullptr, numSegments, slideSize, slideType, kParagraphEnd);
   lexer->reset();
   scanText();
 }
 
 DcParagraphManager::DcParagraphManager(const char* buf, TkStemmer* stemmer, TkLexer* lexer,
-                                       int numSegments, int slideSize, int slideType)
-    : DcSegmentManager(nullptr, buf, stemmer, lexer, numSegments, slideSize, slideType,
-                       kParagraphEnd) {
+                                       int numSegments, int slideSize, int slideType) {
+  initialize(stemmer, lexer, nullptr, buf, numSegments, slideSize, slideType, kParagraphEnd);
   lexer->reset();
   scanText();
 }

@@ -21,18 +21,22 @@ constexpr int kBuckets = 512;
 
 }  // namespace
 
-DcSegmentManager::DcSegmentManager(DcAsciiDocument* doc, const char* buf, TkStemmer* stemmer,
-                                   TkLexer* lexer, int numSegments, int slideSize, int slideType,
-                                   int flagType)
-    : doc_(doc),
-      buf_(buf),
-      slideType_(slideType),
-      slideSize_(std::max(slideSize, 0)),
-      numSegments_(std::max(numSegments, 1)),
-      index_(std::make_unique<FdFastTable>(kBuckets)),
-      stemmer_(stemmer),
-      lexer_(lexer),
-      flagType_(flagType) {}
+void DcSegmentManager::initialize(TkStemmer* stemmer, TkLexer* lexer, DcAsciiDocument* doc,
+                                  const char* buf, int numSegments, int slideSize, int slideType,
+                                  int flagType) {
+  stemmer_ = stemmer;
+  lexer_ = lexer;
+  doc_ = doc;
+  buf_ = buf;
+  numSegments_ = std::max(numSegments, 1);
+  slideSize_ = std::max(slideSize, 0);
+  slideType_ = slideType;
+  flagType_ = flagType;
+  segmentNum_ = 0;
+  index_ = std::make_unique<FdFastTable>(kBuckets);
+}
+
+DcSegmentManager::DcSegmentManager() = default;
 
 DcSegmentManager::~DcSegmentManager() = default;
 

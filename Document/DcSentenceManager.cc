@@ -44,16 +44,14 @@ class SentenceEnd {
 }  // namespace
 
 DcSentenceManager::DcSentenceManager(DcAsciiDocument* doc, TkStemmer* stemmer, TkLexer* lexer,
-                                     int numSegments, int slideSize, int slideType)
-    : DcSegmentManager(doc, nullptr, stemmer, lexer, numSegments, slideSize, slideType,
-                       kSentenceEnd) {
+                                     int numSegments, int slideSize, int slideType) {
+  initialize(stemmer, lexer, doc, nullptr, numSegments, slideSize, slideType, kSentenceEnd);
   scanText();
 }
 
 DcSentenceManager::DcSentenceManager(const char* buf, TkStemmer* stemmer, TkLexer* lexer,
-                                     int numSegments, int slideSize, int slideType)
-    : DcSegmentManager(nullptr, buf, stemmer, lexer, numSegments, slideSize, slideType,
-                       kSentenceEnd) {
+                                     int numSegments, int slideSize, int slideType) {
+  initialize(stemmer, lexer, nullptr, buf, numSegments, slideSize, slideType, kSentenceEnd);
   scanText();
 }
 
@@ -73,17 +71,15 @@ void DcSentenceManager::insertNextSegment(const char* place, int& pos, int numch
 }
 
 DcLSentenceManager::DcLSentenceManager(DcAsciiDocument* doc, TkStemmer* stemmer, TkLexer* lexer,
-                                       int numSegments, int slideSize, int slideType)
-    : DcSegmentManager(doc, nullptr, stemmer, lexer, numSegments, slideSize, slideType,
-                       kSentenceEnd) {
+                                       int numSegments, int slideSize, int slideType) {
+  initialize(stemmer, lexer, doc, nullptr, numSegments, slideSize, slideType, kSentenceEnd);
   lexer->reset();
   scanText();
 }
 
 DcLSentenceManager::DcLSentenceManager(const char* buf, TkStemmer* stemmer, TkLexer* lexer,
-                                       int numSegments, int slideSize, int slideType)
-    : DcSegmentManager(nullptr, buf, stemmer, lexer, numSegments, slideSize, slideType,
-                       kSentenceEnd) {
+                                       int numSegments, int slideSize, int slideType) {
+  initialize(stemmer, lexer, nullptr, buf, numSegments, slideSize, slideType, kSentenceEnd);
   lexer->reset();
   scanText();
 }

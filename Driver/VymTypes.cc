@@ -3,8 +3,8 @@
 #include "DocumentImpl/DiFileHandler.h"
 #include "DocumentImpl/DiHeaderParser.h"
 #include "DocumentImpl/DiHelperManager.h"
-#include "Token/TkLexer.h"
 #include "Token.h"
+#include "Token/TkLexer.h"
 
 namespace vandrelle {
 

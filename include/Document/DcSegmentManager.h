@@ -41,16 +41,18 @@ class DcSegmentManager : public DcDocumentManager {
   int nameToNum(const char*) override { return -1; }
 
  protected:
-  // Either `doc` or `buf` is null; neither is owned, and both must outlive the
-  // manager. `numSegments` make a window, at least 1; windows start `slideSize`
-  // segments apart, 0 for `numSegments`; with `slideType` 0 the last window is
-  // the last full one, otherwise windows start up to the last segment.
-  // `flagType` is the TkBoundary that ends a segment.
-  DcSegmentManager(DcAsciiDocument* doc, const char* buf, TkStemmer* stemmer, TkLexer* lexer,
-                   int numSegments, int slideSize, int slideType, int flagType);
+  DcSegmentManager();
 
-  // Scans the text. A constructor of a concrete class calls it last: it calls
-  // insertNextSegment().
+  // Comes first in the constructor of a concrete class. Either `doc` or `buf` is
+  // null; nothing is owned, and text, stemmer and lexer must outlive the manager.
+  // `numSegments` make a window, at least 1; windows start `slideSize` segments
+  // apart, 0 for `numSegments`; with `slideType` 0 the last window is the last
+  // full one, otherwise windows start up to the last segment. `flagType` is the
+  // TkBoundary that ends a segment.
+  void initialize(TkStemmer* stemmer, TkLexer* lexer, DcAsciiDocument* doc, const char* buf,
+                  int numSegments, int slideSize, int slideType, int flagType);
+
+  // Scans the text; comes after initialize(). Calls insertNextSegment().
   void scanText();
 
   // The document's text without its header, ended with a zero; null for an empty
@@ -66,16 +68,16 @@ class DcSegmentManager : public DcDocumentManager {
  private:
   int headSize() const;
 
-  DcAsciiDocument* doc_;
-  const char* buf_;
-  int32 slideType_;
-  int32 slideSize_;
-  int32 numSegments_;
+  DcAsciiDocument* doc_ = nullptr;
+  const char* buf_ = nullptr;
+  int32 slideType_ = 0;
+  int32 slideSize_ = 0;
+  int32 numSegments_ = 1;
   uint32 segmentNum_ = 0;  // boundaries found so far
   std::unique_ptr<FdFastTable> index_;
-  TkStemmer* stemmer_;
-  TkLexer* lexer_;
-  int32 flagType_;
+  TkStemmer* stemmer_ = nullptr;
+  TkLexer* lexer_ = nullptr;
+  int32 flagType_ = 0;
   int32 textSize_ = 0;  // bytes, without the document's header
 };
 

@@ -61,7 +61,7 @@ class IkSimilarity {
   // The byte of a document of `length` characters; 0 for an empty document,
   // 255 for one of at most the minimum length.
   std::uint8_t Norm2Byte(float length) const;
-  float Byte2Norm(std::uint8_t byte) const { return normDecoder[byte]; }
+  float Byte2Norm(std::uint8_t normByte) const { return normDecoder[normByte]; }
 
   // Selects the coordination table: the standard one for a non-zero query
   // length, else one that changes nothing.

@@ -1,0 +1,320 @@
+// Shows what an index holds, through the readers that retrieval uses.
+//
+//   vandrelleDump -R root                  header, and the size of each file
+//   vandrelleDump -R root words [prefix]   number, word, documents, idf
+//   vandrelleDump -R root row WORD         the documents of a word, with frequencies
+//   vandrelleDump -R root docs             one line per document
+//   vandrelleDump -R root doc N            all about one document
+//
+// The exit status is 0, or 1 after one line on the error stream: a missing or
+// damaged index, an unknown word or document, a command that does not exist.
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "Document/DcFieldsBinder.h"
+#include "Document/DcHeaderDocument.h"
+#include "Document/DcMetaDocManager.h"
+#include "Driver/VymTypes.h"
+#include "Exception.h"
+#include "Index/IkDataFileBinder.h"
+#include "Index/IkIdfBinder.h"
+#include "Index/IkIndexInfo.h"
+#include "Index/IkLocalIndexBinder.h"
+#include "Index/IkLocalWordTable.h"
+#include "Index/IkSimilarity.h"
+#include "KeyFile.h"
+#include "Token/TkStemmer.h"
+#include "Tool/CommandLine.h"
+#include "Tool/SysTools.h"
+#include "Tool/VandrelleLog.h"
+#include "Word.h"
+
+namespace vandrelle {
+namespace {
+
+EXCEPTION_FAMILY(Dump);
+
+constexpr const char* kUsage =
+    "usage: vandrelleDump -R root [words [prefix] | row WORD | docs | doc N]";
+
+// Readers log some damage and go on; here it counts as a failure.
+class ErrorCounter : public VandrelleLog {
+ public:
+  void log(int msg_type, int /*msg_level*/, const char* msg) override {
+    if (msg_type != 0) return;
+    std::cerr << "vandrelleDump: " << msg << '\n';
+    ++errors_;
+  }
+  int errors() const { return errors_; }
+
+ private:
+  int errors_ = 0;
+};
+
+// Text of an index may be anything when a file is damaged: control bytes come
+// out as \xHH, so that they cannot reach a terminal.
+std::string printable(std::string_view text) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  std::string result;
+  for (const char letter : text) {
+    const auto byte = static_cast<unsigned char>(letter);
+    if (byte < 0x20 || byte == 0x7F) {
+      result += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]};
+    } else {
+      result += letter;
+    }
+  }
+  return result;
+}
+
+std::string printable(const WmWord& word) {
+  return printable(std::string_view(word.letters(), static_cast<std::size_t>(word.num_letters())));
+}
+
+std::string printable(const char* text) {
+  return printable(std::string_view(text == nullptr ? "" : text));
+}
+
+// Bytes of a file, or of all parts of a storage that has outgrown one file; -1 if
+// there is none.
+std::int64_t sizeOnDisk(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_directory(path, error)) {
+    const auto size = std::filesystem::file_size(path, error);
+    return error ? -1 : static_cast<std::int64_t>(size);
+  }
+  std::int64_t total = 0;
+  for (const auto& part : std::filesystem::directory_iterator(path, error)) {
+    total += static_cast<std::int64_t>(part.file_size(error));
+  }
+  return total;
+}
+
+void showHeader(const std::string& root, IkLocalIndexBinder& binder) {
+  const IkIndexInfo& info = *binder.info();
+  std::cout << "numTerms           " << info.numTerms << '\n'
+            << "totalNumChunks     " << info.totalNumChunks << '\n'
+            << "numDigestWords     " << info.numDigestWords << '\n'
+            << "mergeMaxWords      " << info.mergeMaxWords << '\n'
+            << "mergeMaxDocs       " << info.mergeMaxDocs << '\n'
+            << "bufferSize         " << info.bufferSize << '\n'
+            << "minDocumentLength  " << info.minDocumentLength << '\n'
+            << "similarityVersion  " << info.similarityVersion << '\n'
+            << "numDeletedChunks   " << info.numDeletedChunks << "\n\n";
+
+  static constexpr const char* kFamily[] = {
+      ".info",    ".key",     ".ptr",     ".dat",     ".idf",     ".sum",  ".norm",    ".norm.raw",
+      ".trp",     ".prx",     ".prx.map", ".xk",      ".unstem",  ".idx",  "_one.idx", "_mlt.idx",
+      ".spc",     ".lst",     ".lpt",     ".dir",     ".fidx",    ".fdat", ".fnam",    ".fld.ptr",
+      ".fld.lst", ".fld.nam", ".fld.val", ".sum.map", ".sum.idx", ".log",  ".prog",    ".size"};
+  std::int64_t total = 0;
+  for (const char* suffix : kFamily) {
+    const std::int64_t size = sizeOnDisk(root + suffix);
+    if (size < 0) continue;
+    total += size;
+    std::cout << std::setw(12) << size << "  " << suffix << '\n';
+  }
+  std::cout << std::setw(12) << total << "  together\n";
+}
+
+// Stands on a row. A position behind the rows would leave the binder where it
+// was, on the row of another word.
+void seekRow(IkDataFileBinder& rows, const StStoragePos& position, const WmWord& word) {
+  rows.seek(position);
+  if (!rows.more() || rows.tell() != position) {
+    THROW(Dump, "the word table leads behind the rows for '" << printable(word) << "'");
+  }
+}
+
+int countDocuments(IkDataFileBinder& rows) {
+  int documents = 0;
+  rows.unpackPairs([&](int, int) { ++documents; });
+  return documents;
+}
+
+bool startsWith(const WmWord& word, const WmWord& prefix) {
+  return word.num_letters() >= prefix.num_letters() &&
+         std::memcmp(word.letters(), prefix.letters(),
+                     static_cast<std::size_t>(prefix.num_letters())) == 0;
+}
+
+void showWords(IkLocalIndexBinder& binder, const char* prefixText) {
+  if (binder.info()->numTerms == 0) return;
+  KdFileAccessor& table = *binder.keyfile();
+  if (table.Data_Size() != 4 && table.Data_Size() != 5) {
+    THROW(Dump, "the word table holds no positions of rows");
+  }
+  IkDataFileBinder& rows = *binder.indexData(0, 0);
+  IkIdfBinder& idfs = *binder.idfBinder();
+  const WmLocalWord prefix(prefixText);
+  const std::unique_ptr<KdStream> words(table.iterator());
+  if (prefix->valid()) {
+    words->reset(prefix.word());
+  } else {
+    words->reset();
+  }
+  int32 number = 0;
+  if (words->more()) table.Lookup(words->key(), &number);
+  for (; words->more() && startsWith(*words->key(), *prefix); words->next(), ++number) {
+    seekRow(rows, IkLocalWordTable::pos(words->data(), words->dataSize()), *words->key());
+    std::cout << std::setw(8) << number << "  " << std::left << std::setw(24)
+              << printable(*words->key()) << std::right << std::setw(8) << countDocuments(rows)
+              << std::setw(10) << std::fixed << std::setprecision(4)
+              << idfs.idf(static_cast<unsigned>(number)) << '\n';
+  }
+}
+
+void showRow(IkLocalIndexBinder& binder, const char* text) {
+  StStoragePos position;
+  if (std::strlen(text) > 63) THROW(Dump, "the index has no word '" << text << "'");
+  const WmLocalWord word(text);
+  if (binder.info()->numTerms == 0 || !binder.wordTable()->lookup(word.word(), position)) {
+    THROW(Dump, "the index has no word '" << text << "'");
+  }
+  IkDataFileBinder& rows = *binder.indexData(0, 0);
+  seekRow(rows, position, *word);
+  std::cout << "word " << binder.wordTable()->wordNum(word.word()) << ", " << countDocuments(rows)
+            << " documents, idf " << std::fixed << std::setprecision(4) << rows.scale()
+            << ", row of " << rows.linesize() << " bytes at " << position << " (hexadecimal)\n";
+  rows.unpackPairs([](int document, int frequency) {
+    std::cout << std::setw(8) << document << std::setw(8) << frequency << '\n';
+  });
+}
+
+// The document list beside the weights that the word index has for it.
+class Documents {
+ public:
+  Documents(const char* root, IkLocalIndexBinder& binder)
+      : types_(root, 0),
+        manager_(root, &stemmer_, nullptr, &types_),
+        binder_(binder),
+        fields_(root) {
+    similarity_.bind(binder.info());
+  }
+
+  int count() { return manager_.numDocuments(); }
+  void showLine(int number);
+  void showAll(int number);
+
+ private:
+  std::unique_ptr<DcDocument> document(int number);
+  // Documents without words at the end of the list have no weights.
+  bool weighed(int number) { return number < binder_.info()->totalNumChunks; }
+  int norm(int number) { return weighed(number) ? binder_.normfile()[number] : 0; }
+  float vectorLength(int number) { return weighed(number) ? binder_.sumfile()[number] : 0.0f; }
+
+  TkPassStem stemmer_;
+  VymTypes types_;
+  DcMetaDocManager manager_;
+  IkLocalIndexBinder& binder_;
+  DcFieldsBinder fields_;
+  IkSimilarity similarity_;
+};
+
+std::unique_ptr<DcDocument> Documents::document(int number) {
+  std::unique_ptr<DcDocument> document(manager_.documentNum(number));
+  if (document == nullptr) THROW(Dump, "the index has no document " << number);
+  return document;
+}
+
+void Documents::showLine(int number) {
+  const std::unique_ptr<DcDocument> found = document(number);
+  const std::unique_ptr<char[]> name(manager_.numToName(number));
+  std::cout << std::setw(8) << number << std::setw(6) << manager_.currentType();
+  auto* text = DESCRIPTOR_CAST(DcHeaderDocument, found.get());
+  std::cout << std::setw(10) << (text == nullptr ? 0 : text->numCharacters()) << std::setw(5)
+            << norm(number) << std::setw(12) << std::fixed << std::setprecision(3)
+            << vectorLength(number) << "  " << printable(name.get()) << '\n';
+}
+
+void Documents::showAll(int number) {
+  const std::unique_ptr<DcDocument> found = document(number);
+  const std::unique_ptr<char[]> name(manager_.numToName(number));
+  std::cout << "document  " << number << '\n'
+            << "name      " << printable(name.get()) << '\n'
+            << "type      " << manager_.currentType() << '\n';
+  if (auto* text = DESCRIPTOR_CAST(DcHeaderDocument, found.get())) {
+    std::cout << "size      " << text->numCharacters() << '\n'
+              << "header    " << text->HeadSize() << '\n';
+  }
+  std::cout << "norm      " << norm(number);
+  if (norm(number) > 0) {
+    const double decoded = similarity_.Byte2Norm(static_cast<unsigned char>(norm(number)));
+    std::cout << ", about " << std::lround(1.0 / (decoded * decoded)) << " characters of words";
+  }
+  std::cout << "\nlength    " << std::fixed << std::setprecision(3) << vectorLength(number) << '\n';
+  if (!fields_.valid() || !fields_.gotoDoc(number)) return;
+  for (DcFieldInfo field; fields_.getField(field);) {
+    std::cout << std::left << std::setw(9) << printable(field.name.get()) << ' ' << std::right
+              << printable(field.value.get()) << '\n';
+  }
+}
+
+int documentNumber(const char* text) {
+  int number = -1;
+  const char* const end = text + std::strlen(text);
+  const auto [rest, error] = std::from_chars(text, end, number);
+  if (error != std::errc() || rest != end || number < 0) {
+    THROW(Dump, "'" << text << "' is no document number");
+  }
+  return number;
+}
+
+void dump(const CommandLine& options) {
+  const std::string root = options.str_arg("root");
+  const char* const command = options.unusedArg(0);
+  const char* const argument = options.unusedArg(1);
+  const int arguments = options.numUnusedArgs() - 1;
+  const std::string_view name = command == nullptr ? "" : command;
+
+  IkLocalIndexBinder binder(root.c_str(), nullptr);
+  if (name.empty()) {
+    showHeader(root, binder);
+  } else if (name == "words" && arguments <= 1) {
+    showWords(binder, argument == nullptr ? "" : argument);
+  } else if (name == "row" && arguments == 1) {
+    showRow(binder, argument);
+  } else if (name == "docs" && arguments == 0) {
+    Documents documents(root.c_str(), binder);
+    for (int number = 0; number < documents.count(); ++number) documents.showLine(number);
+  } else if (name == "doc" && arguments == 1) {
+    Documents(root.c_str(), binder).showAll(documentNumber(argument));
+  } else {
+    THROW(Dump, kUsage);
+  }
+}
+
+int run(int argc, char** argv) {
+  static ErrorCounter errors;
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    CommandLine options;
+    options.arg_double("root", "-R", nullptr);
+    options.parse(argc, argv);
+    VandrelleLog::Logger(&errors);
+    if (!options.exist_arg("root")) THROW(Dump, kUsage);
+    dump(options);
+    std::cout.flush();
+    return errors.errors() == 0 && std::cout ? 0 : 1;
+  }
+  environment.restore_env();
+  std::cout.flush();
+  const Exception* failure = ExceptionManager::instance()->pop();
+  std::cerr << "vandrelleDump: " << failure->message() << '\n';
+  return 1;
+}
+
+}  // namespace
+}  // namespace vandrelle
+
+int main(int argc, char** argv) { return vandrelle::run(argc, argv); }

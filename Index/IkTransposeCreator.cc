@@ -1,0 +1,55 @@
+#include "Index/IkTransposeCreator.h"
+
+#include <memory>
+
+#include "Index/IkDataFileBinder.h"
+#include "Index/IkException.h"
+#include "Index/IkTranspose.h"
+#include "KeyFile.h"
+#include "KeyFile/KfKeyFileManager.h"
+#include "Tool/ByteOrder.h"
+#include "Tool/SysTools.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr int kMappedKeyFile = 16;
+
+// The lengths of the documents' vectors, one for each of `chunks` documents.
+std::vector<float> readSums(const char* filename, int chunks) {
+  const std::size_t count = static_cast<std::size_t>(chunks);
+  std::FILE* file = std::fopen(filename, "rb");
+  if (file == nullptr) THROW(Ik, "Can't bind to .sum file during transpose creation");
+  std::vector<unsigned char> bytes(count * 4);
+  const bool whole = bytes.empty() || std::fread(bytes.data(), 4, count, file) == count;
+  std::fclose(file);
+  if (!whole) THROW(Ik, "The file '" << filename << "' ends before its last document");
+  std::vector<float> sums(count);
+  for (std::size_t i = 0; i < count; ++i) sums[i] = loadFloat(&bytes[i * 4]);
+  return sums;
+}
+
+}  // namespace
+
+IkTransposeCreator::IkTransposeCreator(const char* rootname) : IkCreatorImpl(rootname) {}
+
+void IkTransposeCreator::makeIndex() {
+  IkDataFileBinder rows;
+  rows.bind(name_.suffix(nullptr), 0, 0);
+  std::unique_ptr<KdFileAccessor> keyfile(
+      KfKeyFileManager::KdBind(name_.suffix(nullptr), kMappedKeyFile));
+  info_.read(name_.suffix(".info"));
+  if (info_.totalNumChunks < 0 || info_.numDigestWords < 0) {
+    THROW(Ik, "The file '" << name_.suffix(".info") << "' holds a negative count");
+  }
+  const std::vector<float> sums = readSums(name_.suffix(".sum"), info_.totalNumChunks);
+  IkTranspose transpose(info_.totalNumChunks, info_.numDigestWords);
+  transpose.create(&rows, keyfile.get(), sums.data(), name_.suffix(".trp"), transposeCache_);
+}
+
+void IkTransposeCreator::addTerm(const WmWord*, int, int) {
+  THROW(Ik, "IkTransposeCreator::addTerm(const WmWord*, int, int) is unimplemented");
+}
+
+}  // namespace vandrelle

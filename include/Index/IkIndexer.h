@@ -1,0 +1,85 @@
+// Stages 1 and 2 of a build. Stage 1 turns the stream of (word, chunk, position)
+// into sorted temporary files: an in-memory table is written out whenever it has
+// grown past its limit. Stage 2 merges the files and compiles the index.
+//
+//   <root>.tmpNNN   a temporary file, see IkTempfile.h
+//   <root>.prxNNN   the positions of its occurrences, only with recordProximity
+//
+// The files stay on disk after the merge; their removal is the caller's.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "Index/IkCreatorImpl.h"
+#include "Index/IkTermTable.h"
+
+namespace vandrelle {
+
+class IkMergeObject;
+
+class IkIndexer : public IkCreatorImpl {
+ public:
+  // The table is written out at the first term of the chunk after the one in
+  // which it passed this many bytes, by the accounting of newEntry().
+  static constexpr int kMaxBytesUsed = 0x400000;
+
+  explicit IkIndexer(const char* rootname);
+  // Compiles the index if the table holds terms.
+  ~IkIndexer() override;
+
+  void addTerm(const WmWord* word, int chunk, int pos) override;
+  // Merges the temporary files of this run and compiles the index. Nothing
+  // happens if no term was ever added.
+  void makeIndex() override;
+
+  // Writes the table out unless it is empty.
+  void flushTempfiles();
+
+  // Adds a temporary file by name to the list for makeIndexExplicitTempfiles().
+  // One that can't be opened is passed over.
+  void addTempfile(const char* tmpname);
+  void makeIndexExplicitTempfiles();
+
+  // Stage 3 on the same root.
+  void makeTranspose();
+
+  void resetInfo();
+  void readInfo();
+  void writeInfo();
+
+  // The number of the first temporary file of this run.
+  int startfilenum() const { return startfilenum_; }
+  void startfilenum(int number) { startfilenum_ = filenum_ = number; }
+
+  // The capacity in bytes that a block of `n` bytes is given: a power of two of
+  // a scale that depends on the size. Throws _Exception_Fatal for more than
+  // 16 MB: that is the limit of one word's pairs, 8 bytes each, in one file.
+  static std::size_t allocsize(std::size_t n);
+
+  // The name of the file of positions beside a temporary file: ".tmp" becomes
+  // ".prx". Throws _Exception_Ik if there is no ".tmp" in it.
+  static std::string IkProxfileName(const char* tmpname);
+
+ private:
+  // What the positions of one word take while the table is filled.
+  using Positions = std::vector<int>;
+
+  IkIndexerTableEntry& newEntry(const WmWord* word);
+  void addPosition(const IkIndexerTableEntry& entry, int pos);
+  void flushToFile();
+  void writeProximity(const IkIndexerTableEntry& entry, class IkProxCreator* prox);
+  std::string tempfileName(const char* base, int number) const;
+  void compile(const std::vector<std::string>& tempfiles);
+
+  IkTermTable wordTable_;
+  std::vector<Positions> proxEntries_;  // by entry number; empty without proximity
+  int filenum_ = 0;                     // of the next temporary file
+  int startfilenum_ = 0;
+  std::vector<std::string> tempfiles_;  // the explicit list
+  int bytesUsed_ = 0;
+  int lastDoc_ = -1;
+};
+
+}  // namespace vandrelle

@@ -1,0 +1,170 @@
+// The unstemming table: layout, first fit, chains, damage.
+
+#include "Fast/FiStemTable.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Exception.h"
+#include "Tool/ByteOrder.h"
+
+namespace vandrelle {
+namespace {
+
+std::string slurp(const std::string& name) {
+  std::ifstream in(name, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+std::vector<std::string> found(FiStemTable* table, const char* stem) {
+  FdVector<WmMagicWord> words;
+  table->find(*WmLocalWord(stem).word(), words);
+  std::vector<std::string> texts;
+  for (int i = 0; i < words.numElements(); ++i) {
+    texts.emplace_back((*words[i])->letters(),
+                       static_cast<std::size_t>((*words[i])->num_letters()));
+  }
+  return texts;
+}
+
+// The rule in its plain form, every chain walked for every word: a map from
+// block number to bytes, as they would stand in the file.
+class PlainTable {
+ public:
+  PlainTable(int buckets, int blocksize) : buckets_(buckets), size_(blocksize), next_(buckets) {}
+
+  void insert(const std::string& stem, const std::string& word) {
+    const std::size_t bytes = stem.size() + word.size() + 2;
+    int number =
+        FiStemTable::bucket(FiStemTable::hash(*WmLocalWord(stem.c_str()).word()), buckets_, 0);
+    for (;;) {
+      std::string& block = blocks_[number];
+      if (block.empty()) block = std::string("\x08\0\0\0\xFF\xFF\xFF\xFF", 8);
+      if (block.size() + bytes < static_cast<std::size_t>(size_)) {
+        block += static_cast<char>(stem.size()) + stem + static_cast<char>(word.size()) + word;
+        storeLittleU32(block.data(), static_cast<uint32>(block.size()));
+        return;
+      }
+      const int linked = static_cast<int>(loadLittleU32(block.data() + 4));
+      if (linked >= 0) {
+        number = linked;
+      } else {
+        storeLittleU32(block.data() + 4, static_cast<uint32>(next_));
+        number = next_++;
+      }
+    }
+  }
+
+  std::string file() const {
+    std::string all(128, '\0');
+    storeLittleU32(all.data(), static_cast<uint32>(buckets_));
+    storeLittleU32(all.data() + 4, static_cast<uint32>(size_));
+    for (const auto& [number, block] : blocks_) {
+      all.resize(128 + static_cast<std::size_t>(number) * static_cast<std::size_t>(size_));
+      all += block;
+      all.resize(128 + static_cast<std::size_t>(number + 1) * static_cast<std::size_t>(size_));
+    }
+    return all;
+  }
+
+ private:
+  int buckets_;
+  int size_;
+  int next_;
+  std::map<int, std::string> blocks_;
+};
+
+TEST(FiStemTable, BytesAreThoseOfThePlainRule) {
+  const std::string name = testing::TempDir() + "plain.unstem";
+  std::remove(name.c_str());
+  PlainTable plain(7, 512);
+  std::map<std::string, std::vector<std::string>> expected;
+  {
+    FiStemTable table;
+    table.buckets(7);
+    table.bind(name.c_str(), 1, 0);
+    std::mt19937 random(3);
+    for (int i = 0; i < 3000; ++i) {
+      const std::string stem = "s" + std::to_string(random() % 400);
+      const std::string word = stem + std::string(random() % 50, 'x');
+      table.insert(*WmLocalWord(stem.c_str()).word(), *WmLocalWord(word.c_str()).word(), -1);
+      plain.insert(stem, word);
+      expected[stem].push_back(word);
+    }
+  }
+  EXPECT_EQ(slurp(name), plain.file());
+  for (int map : {0, 1}) {
+    FiStemTable table;
+    table.bind(name.c_str(), 0, map);
+    for (const auto& [stem, words] : expected) {
+      std::vector<std::string> sorted = words;
+      std::vector<std::string> answer = found(&table, stem.c_str());
+      std::sort(sorted.begin(), sorted.end());
+      std::sort(answer.begin(), answer.end());
+      EXPECT_EQ(answer, sorted) << stem;
+    }
+    EXPECT_TRUE(found(&table, "nowhere").empty());
+  }
+}
+
+TEST(FiStemTable, HeaderStandsWithoutAnyWord) {
+  const std::string name = testing::TempDir() + "empty.unstem";
+  std::remove(name.c_str());
+  {
+    FiStemTable table;
+    table.bind(name.c_str(), 1, 0);
+  }
+  const std::string bytes = slurp(name);
+  ASSERT_EQ(bytes.size(), 128u);
+  EXPECT_EQ(loadLittleU32(bytes.data()), 128u);
+  EXPECT_EQ(loadLittleU32(bytes.data() + 4), 512u);
+}
+
+TEST(FiStemTable, DamagedFilesNeverHarm) {
+  const std::string name = testing::TempDir() + "damage.unstem";
+  std::remove(name.c_str());
+  {
+    FiStemTable table;
+    table.buckets(2);
+    table.blocksize(64);
+    table.bind(name.c_str(), 1, 0);
+    for (const char* word : {"run", "runs", "running", "runner", "walk", "walks"}) {
+      table.insert(*WmLocalWord(word[0] == 'r' ? "run" : "walk").word(), *WmLocalWord(word).word(),
+                   -1);
+    }
+  }
+  const std::string whole = slurp(name);
+  const std::string bad = name + ".bad";
+  auto probe = [&](const std::string& bytes) {
+    std::ofstream(bad, std::ios::binary | std::ios::trunc) << bytes;
+    for (int map : {0, 1}) {
+      ExceptionEnvironment environment;
+      if (GUARDED(environment)) {
+        FiStemTable table;
+        table.bind(bad.c_str(), 0, map);
+        found(&table, "run");
+        found(&table, "walk");
+      } else {
+        environment.restore_env();
+        delete ExceptionManager::instance()->pop();
+      }
+    }
+  };
+  for (std::size_t length = 0; length < whole.size(); length += 3) probe(whole.substr(0, length));
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    for (const int flip : {0x01, 0x80, 0xFF}) {
+      std::string flipped = whole;
+      flipped[i] = static_cast<char>(flipped[i] ^ flip);
+      probe(flipped);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vandrelle

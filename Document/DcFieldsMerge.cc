@@ -1,0 +1,152 @@
+// Operations on whole field databases.
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Document/DcFieldBag.h"
+#include "Document/DcFieldNames.h"
+#include "Document/DcFieldsBinder.h"
+#include "Document/DcFieldsCreator.h"
+#include "Document/TempFnameCreator.h"
+#include "Fun/FdStream.h"
+#include "Index/IkMergeDeleter.h"
+#include "Tool/HeapText.h"
+#include "Tool/NameManager.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr const char* kSlowSuffixes[] = {".fld.ptr", ".fld.lst", ".fld.val", ".fld.nam"};
+constexpr int kUnlinkTries = 20;
+constexpr int kReadWriteAtEnd = 11;
+constexpr int kReadExisting = 1 | 4;
+
+bool copyFile(const char* from, const char* to) {
+  std::ifstream in(from, std::ios::binary);
+  std::ofstream out(to, std::ios::binary | std::ios::trunc);
+  if (!in || !out) return false;
+  if (in.peek() != std::ifstream::traits_type::eof()) out << in.rdbuf();
+  out.close();
+  return !in.bad() && !out.fail();
+}
+
+void addChosenFields(DcFieldsBinder* source, DcFieldsCreator* target, int doc, FdStream* names) {
+  for (names->reset(); names->more(); names->next()) {
+    const char* name = static_cast<const char*>(names->key());
+    HeapAptr<char> value(source->retrieve(doc, name));
+    if (value) {
+      target->add(name, value.get());
+    } else if (doc == 0) {
+      target->add(name, "");  // so that the name is entered
+    }
+  }
+}
+
+}  // namespace
+
+bool DcFieldsCreator::permute(const std::function<uint32(uint32)>& perm, const char* root) {
+  const NameManager name(root, 20);
+  const std::string path = name.suffix(".fld.ptr");
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return false;
+  const std::vector<char> entries{std::istreambuf_iterator<char>(in), {}};
+  if (entries.size() % kPtrBytes != 0) return false;
+  const uint32 count = static_cast<uint32>(entries.size() / kPtrBytes);
+  TempFnameCreator names(path.c_str());
+  const HeapAptr<char> temporary(names.fname());
+  if (!temporary) return false;
+  std::ofstream out(temporary.get(), std::ios::binary | std::ios::trunc);
+  for (uint32 i = 0; i < count; ++i) {
+    const uint32 from = perm(i);
+    if (from >= count) return false;
+    out.write(&entries[std::size_t{from} * kPtrBytes], kPtrBytes);
+  }
+  out.close();
+  return !out.fail() && std::rename(temporary.get(), path.c_str()) == 0;
+}
+
+bool DcFieldsCreator::copy(const char* src_root, const char* dst_root) {
+  if (src_root == nullptr || dst_root == nullptr) return false;
+  if (std::string(src_root) == dst_root) return true;
+  const NameManager source(src_root, 20);
+  const NameManager target(dst_root, 20);
+  for (const char* suffix : kSlowSuffixes) {
+    if (!copyFile(source.suffix(suffix), target.suffix(suffix))) return false;
+  }
+  return true;
+}
+
+bool DcFieldsCreator::remove(const char* root) {
+  const NameManager name(root, 20);
+  for (const char* suffix : kSlowSuffixes) {
+    int tries = 0;
+    while (::unlink(name.suffix(suffix)) != 0) {
+      if (errno != EINTR || ++tries == kUnlinkTries) return false;
+    }
+  }
+  return true;
+}
+
+bool DcFieldsCreator::merge(const char* src_root, const char* dst_root, DcFieldBag* fieldBag,
+                            FdBag* conversions, int docnum) {
+  if (src_root == nullptr || dst_root == nullptr || std::string(src_root) == dst_root) return false;
+  DcFieldsBinder source(src_root);
+  DcFieldsCreator target(dst_root, 1);
+  if (!source.valid() || !target.valid()) return false;
+  if (conversions != nullptr) source.equate(conversions);
+  if (docnum >= 0) target.gotoDoc(docnum);
+  std::unique_ptr<FdStream> names(fieldBag != nullptr ? fieldBag->iterator() : nullptr);
+  for (int doc = 0; doc < source.numDocuments(); ++doc) {
+    if (names) {
+      addChosenFields(&source, &target, doc, names.get());
+    } else {
+      source.gotoDoc(doc);
+      for (DcFieldInfo field; source.getField(field);) {
+        target.add(field.name.get(), field.value.get());
+      }
+    }
+    target.endDoc();
+  }
+  target.flush();
+  return target.valid();
+}
+
+bool DcFieldsCreator::mergeFastFields(const char* src_root, const char* dst_root,
+                                      IkMergeDeleter* deleter) {
+  const NameManager source(src_root, 20);
+  const NameManager target(dst_root, 20);
+  std::ofstream index(target.suffix(".fidx"), std::ios::binary | std::ios::app);
+  StStorageStream values(target.suffix(".fdat"), kReadWriteAtEnd);
+  StStorageStream from(source.suffix(".fdat"), kReadExisting);
+  DcFieldsBinder binder(src_root);
+  if (!index || !binder.valid() || !binder.gotoDoc(0)) return false;
+  int fields = 0;
+  for (DcFieldInfo field; binder.getField(field);) ++fields;
+
+  for (int doc = 0; doc < binder.numDocuments(); ++doc) {
+    std::string strings;
+    for (int i = 0; i < fields;) {
+      const int c = from.get();
+      if (c < 0) return false;
+      strings.push_back(static_cast<char>(c));
+      if (c == 0) ++i;
+    }
+    if (deleter != nullptr && deleter->newChunk(doc) == IkMergeDeleter::kGone) continue;
+    unsigned char position[kFastPositionBytes];
+    storeFastPosition(position, values.tell());
+    index.write(reinterpret_cast<const char*>(position), kFastPositionBytes);
+    values.write(strings.data(), static_cast<unsigned>(strings.size()));
+  }
+  values.close();
+  index.close();
+  return !index.fail();
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,176 @@
+// The field database: bytes of the slow and the fast form, reading, limits.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "Document/DcFieldBag.h"
+#include "Document/DcFieldsBinder.h"
+#include "Document/DcFieldsCreator.h"
+#include "Tool/HeapText.h"
+
+namespace vandrelle {
+namespace {
+
+class DcFieldsTest : public testing::Test {
+ protected:
+  void SetUp() override { removeAll(root); }
+
+  static void removeAll(const std::string& name) {
+    for (const char* suffix :
+         {".fld.ptr", ".fld.lst", ".fld.nam", ".fld.val", ".fidx", ".fdat", ".fnam"}) {
+      std::remove((name + suffix).c_str());
+    }
+  }
+  std::string slurp(const char* suffix) const {
+    std::ifstream in(root + suffix, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  }
+  // Document 0: title A, url u0; document 1: none; document 2: url u2, title of
+  // 2,000 letters.
+  void fill() const {
+    DcFieldsCreator creator(root.c_str(), 0);
+    creator.add("title", "A");
+    creator.add("url", "u0");
+    creator.endDoc();
+    creator.endDoc();
+    creator.add("url", "u2");
+    creator.add("title", std::string(2000, 'x').c_str());
+    creator.endDoc();
+    creator.flush();
+    EXPECT_TRUE(creator.valid());
+    EXPECT_EQ(creator.numDocuments(), 3);
+  }
+  static std::string value(DcFieldsBinder* binder, int doc, const char* name) {
+    const HeapAptr<char> text(binder->retrieve(doc, name));
+    return text ? text.get() : "(null)";
+  }
+  static std::string fieldsOf(DcFieldsBinder* binder, int doc) {
+    std::string all;
+    EXPECT_TRUE(binder->gotoDoc(doc));
+    for (DcFieldInfo field; binder->getField(field);) {
+      all +=
+          std::string(field.name.get()) + "=" + std::string(field.value.get()).substr(0, 5) + ";";
+    }
+    return all;
+  }
+
+  std::string root = testing::TempDir() + "fields";
+};
+
+TEST_F(DcFieldsTest, SlowFormBytes) {
+  fill();
+  EXPECT_EQ(slurp(".fld.nam"), std::string("title\0url\0", 10));
+  EXPECT_EQ(slurp(".fld.val"),
+            std::string("A\0u0\0u2\0", 8) + std::string(2000, 'x') + std::string(1, '\0'));
+  EXPECT_EQ(slurp(".fld.ptr"), std::string("\0\0\0\0\xFF\xFF\xFF\xFF\0\0\0\x14", 12));
+  EXPECT_EQ(slurp(".fld.lst"), std::string("\x80\0\0\0\0\0\0\0\0\0"
+                                           "\0\x06\0\0\0\0\0\0\0\x02"
+                                           "\x80\x06\0\0\0\0\0\0\0\x05"
+                                           "\0\0\0\0\0\0\0\0\0\x08",
+                                           40));
+}
+
+TEST_F(DcFieldsTest, BothFormsReadBackAlike) {
+  fill();
+  {
+    DcFieldsBinder slow(root.c_str());
+    ASSERT_TRUE(slow.valid());
+    EXPECT_EQ(fieldsOf(&slow, 0), "title=A;url=u0;");
+    EXPECT_EQ(fieldsOf(&slow, 1), "");
+    EXPECT_EQ(fieldsOf(&slow, 2), "url=u2;title=xxxxx;");
+    EXPECT_EQ(value(&slow, 2, "title"), std::string(1023, 'x'));
+    EXPECT_EQ(value(&slow, 1, "title"), "(null)");
+    EXPECT_EQ(value(&slow, 0, "summary"), "(null)");
+    EXPECT_FALSE(slow.gotoDoc(3));
+    EXPECT_FALSE(slow.gotoDoc(-1));
+    slow.equate("address", "url");
+    EXPECT_EQ(value(&slow, 0, "address"), "u0");
+  }
+  DcFieldBag bag(1);
+  for (const char* name : {"url", "title", "summary"}) bag.Add(name, 0);
+  ASSERT_TRUE(DcFieldsBinder::createFastFiles(&bag, nullptr, nullptr, root.c_str(), nullptr));
+  EXPECT_EQ(slurp(".fnam"), std::string("url\0title\0summary\0", 18));
+  EXPECT_EQ(slurp(".fidx"), std::string("\0\0\0\0\0"
+                                        "\0\0\0\0\x06"
+                                        "\0\0\0\0\x09",
+                                        15));
+  EXPECT_EQ(slurp(".fdat"), std::string("u0\0A\0\0"
+                                        "\0\0\0"
+                                        "u2\0",
+                                        12) +
+                                std::string(1023, 'x') + std::string(2, '\0'));
+  ASSERT_TRUE(DcFieldsCreator::remove(root.c_str()));
+  DcFieldsBinder fast(root.c_str());
+  ASSERT_TRUE(fast.valid());
+  EXPECT_EQ(fast.numDocuments(), 3);
+  EXPECT_EQ(fieldsOf(&fast, 0), "url=u0;title=A;summary=;");
+  EXPECT_EQ(value(&fast, 1, "title"), "");
+  EXPECT_EQ(value(&fast, 2, "title"), std::string(1023, 'x'));
+  EXPECT_EQ(value(&fast, 2, "other"), "(null)");
+}
+
+TEST_F(DcFieldsTest, FastFormOfAnotherCountIsRefused) {
+  fill();
+  std::ofstream(root + ".fidx", std::ios::binary) << std::string(10, '\0');
+  std::ofstream(root + ".fdat", std::ios::binary) << std::string(10, '\0');
+  std::ofstream(root + ".fnam", std::ios::binary) << std::string("url\0", 4);
+  DcFieldsBinder binder(root.c_str());
+  EXPECT_FALSE(binder.fastFilesOn(root.c_str()));
+  EXPECT_EQ(value(&binder, 0, "url"), "u0");
+}
+
+TEST_F(DcFieldsTest, LeftoverFilesAndNamesPastTheLimit) {
+  fill();
+  EXPECT_FALSE(DcFieldsCreator(root.c_str(), 0).valid());
+  {
+    DcFieldsCreator more(root.c_str(), 1);
+    ASSERT_TRUE(more.valid());
+    EXPECT_EQ(more.numDocuments(), 3);
+    // 10 bytes of names stand; this brings 32,767.
+    for (int i = 0; i < 31; ++i)
+      more.add(std::string(1000 + static_cast<std::size_t>(i), 'n').c_str(), "");
+    std::size_t size = 10;
+    for (std::size_t i = 0; i < 31; ++i) size += 1001 + i;
+    more.add(std::string(32767 - size - 1, 'm').c_str(), "");
+    more.add("last", "v");
+    EXPECT_TRUE(more.valid());
+    more.add("beyond", "v");
+    EXPECT_FALSE(more.valid());
+  }
+}
+
+TEST_F(DcFieldsTest, MergeInTheMiddlePermuteAndDamage) {
+  fill();
+  const std::string other = root + "2";
+  removeAll(other);
+  {
+    DcFieldsCreator creator(other.c_str(), 0);
+    creator.add("title", "B");
+    creator.endDoc();
+    creator.flush();
+  }
+  ASSERT_TRUE(DcFieldsCreator::merge(other.c_str(), root.c_str(), nullptr, nullptr, 1));
+  ASSERT_TRUE(DcFieldsCreator::permute([](uint32 i) { return 3 - i; }, root.c_str()));
+  {
+    DcFieldsBinder binder(root.c_str());
+    ASSERT_EQ(binder.numDocuments(), 4);
+    EXPECT_EQ(fieldsOf(&binder, 3), "title=A;url=u0;");
+    EXPECT_EQ(fieldsOf(&binder, 2), "title=B;");
+    EXPECT_EQ(fieldsOf(&binder, 1), "");
+    EXPECT_EQ(fieldsOf(&binder, 0), "url=u2;title=xxxxx;");
+  }
+  const std::string list = slurp(".fld.lst");
+  std::ofstream(root + ".fld.lst", std::ios::binary | std::ios::trunc) << list.substr(0, 25);
+  DcFieldsBinder cut(root.c_str());
+  cut.gotoDoc(0);
+  for (DcFieldInfo field; cut.getField(field);) {
+  }
+  EXPECT_FALSE(cut.valid());
+}
+
+}  // namespace
+}  // namespace vandrelle

@@ -48,17 +48,19 @@ constexpr const char* kUsage =
     "usage: vandrelleDump -R root [words [prefix] | row WORD | docs | doc N]";
 
 // Readers log some damage and go on; here it counts as a failure.
-class ErrorCounter : public VandrelleLog {
+class FailureReport : public VandrelleLog {
  public:
   void log(int msg_type, int /*msg_level*/, const char* msg) override {
-    if (msg_type != 0) return;
-    std::cerr << "vandrelleDump: " << msg << '\n';
-    ++errors_;
+    if (msg_type == 0) report(msg);
   }
-  int errors() const { return errors_; }
+  // Only the first failure is told: further ones mostly follow from it.
+  void report(const char* msg) {
+    if (failures_++ == 0) std::cerr << "vandrelleDump: " << msg << '\n';
+  }
+  int failures() const { return failures_; }
 
  private:
-  int errors_ = 0;
+  int failures_ = 0;
 };
 
 // Text of an index may be anything when a file is damaged: control bytes come
@@ -113,10 +115,11 @@ void showHeader(const std::string& root, IkLocalIndexBinder& binder) {
             << "numDeletedChunks   " << info.numDeletedChunks << "\n\n";
 
   static constexpr const char* kFamily[] = {
-      ".info",    ".key",     ".ptr",     ".dat",     ".idf",     ".sum",  ".norm",    ".norm.raw",
-      ".trp",     ".prx",     ".prx.map", ".xk",      ".unstem",  ".idx",  "_one.idx", "_mlt.idx",
-      ".spc",     ".lst",     ".lpt",     ".dir",     ".fidx",    ".fdat", ".fnam",    ".fld.ptr",
-      ".fld.lst", ".fld.nam", ".fld.val", ".sum.map", ".sum.idx", ".log",  ".prog",    ".size"};
+      ".info",     ".key",     ".ptr",     ".dat",     ".idf",     ".sum",     ".norm",
+      ".norm.raw", ".ver",     ".trp",     ".prx",     ".prx.map", ".xk",      ".unstem",
+      ".idx",      "_one.idx", "_mlt.idx", ".spc",     ".lst",     ".lpt",     ".dir",
+      ".fidx",     ".fdat",    ".fnam",    ".fld.ptr", ".fld.lst", ".fld.nam", ".fld.val",
+      ".sum.map",  ".sum.idx", ".log",     ".prog",    ".size"};
   std::int64_t total = 0;
   for (const char* suffix : kFamily) {
     const std::int64_t size = sizeOnDisk(root + suffix);
@@ -295,22 +298,21 @@ void dump(const CommandLine& options) {
 }
 
 int run(int argc, char** argv) {
-  static ErrorCounter errors;
+  static FailureReport report;
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     CommandLine options;
     options.arg_double("root", "-R", nullptr);
     options.parse(argc, argv);
-    VandrelleLog::Logger(&errors);
+    VandrelleLog::Logger(&report);
     if (!options.exist_arg("root")) THROW(Dump, kUsage);
     dump(options);
     std::cout.flush();
-    return errors.errors() == 0 && std::cout ? 0 : 1;
+    return report.failures() == 0 && std::cout ? 0 : 1;
   }
   environment.restore_env();
   std::cout.flush();
-  const Exception* failure = ExceptionManager::instance()->pop();
-  std::cerr << "vandrelleDump: " << failure->message() << '\n';
+  report.report(ExceptionManager::instance()->pop()->message());
   return 1;
 }
 

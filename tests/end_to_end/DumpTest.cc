@@ -1,0 +1,207 @@
+// vandrelleDump on an index that vandrelleIndex has built: what it shows, and that
+// no damage to any file of the index makes it crash, hang or end in any way but
+// with a line on the error stream.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <sstream>
+
+#include "end_to_end/ProgramRun.h"
+
+namespace vandrelle::test {
+namespace {
+
+class DumpTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    folder_ = new TemporaryFolder;
+    const std::string oven = std::string(40, 'x');
+    write(*folder_ / "pages/a.html",
+          "<html><head><title>Ovens</title></head><body>The oven bakes bread. Bread, bread "
+          "and rye.</body></html>");
+    write(*folder_ / "pages/b.html",
+          "<html><head><title>Tides</title></head><body>The tide brings salt; bread needs "
+          "salt.</body></html>");
+    write(*folder_ / "pages/c.html", "<p>Bridges and brides cross the bright river.</p>");
+    std::string many = "<html><head><title>Many</title></head><body>";
+    for (int i = 0; i < 400; ++i) {
+      many += " word" + std::string(1, static_cast<char>('a' + i % 26)) +
+              std::string(1, static_cast<char>('a' + i / 26)) + oven.substr(0, i % 7u);
+    }
+    write(*folder_ / "pages/d.html", many + "</body></html>");
+    const ProgramRun built =
+        run(*folder_, "vandrelleIndex",
+            {"-R", root(), "-html", "-fsum", *folder_ / "pages/a.html", *folder_ / "pages/b.html",
+             *folder_ / "pages/c.html", *folder_ / "pages/d.html"});
+    ASSERT_EQ(built.status, 0) << built.errors;
+    ASSERT_EQ(built.output, "");
+  }
+  static void TearDownTestSuite() {
+    delete folder_;
+    folder_ = nullptr;
+  }
+
+  static std::string root() { return *folder_ / "index"; }
+
+  static ProgramRun dump(const std::string& root, std::vector<std::string> command) {
+    command.insert(command.begin(), {"-R", root});
+    return run(*folder_, "vandrelleDump", command);
+  }
+
+  static std::string shown(std::vector<std::string> command) {
+    const ProgramRun result = dump(root(), std::move(command));
+    EXPECT_EQ(result.status, 0) << result.errors;
+    return result.output;
+  }
+
+  static TemporaryFolder* folder_;
+};
+TemporaryFolder* DumpTest::folder_ = nullptr;
+
+std::vector<std::string> lines(const std::string& text) {
+  std::vector<std::string> result;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) result.push_back(line);
+  return result;
+}
+
+// The columns of a line.
+std::vector<std::string> columns(const std::string& line) {
+  std::istringstream stream(line);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
+
+TEST_F(DumpTest, ShowsHeaderAndFiles) {
+  const std::string text = shown({});
+  EXPECT_NE(text.find("totalNumChunks     4\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("minDocumentLength  400\n"), std::string::npos) << text;
+  for (const char* line :
+       {"          36  .info\n", "           4  .norm\n", "          16  .sum\n",
+        "         768  .trp\n", "         120  .idx\n", "          20  .fidx\n"}) {
+    EXPECT_NE(text.find(line), std::string::npos) << line << text;
+  }
+}
+
+TEST_F(DumpTest, ShowsWordsFromAPrefixInOrder) {
+  const std::vector<std::string> found = lines(shown({"words", "bri"}));
+  ASSERT_EQ(found.size(), 4u);
+  int number = std::stoi(columns(found[0])[0]);
+  for (const char* word : {"brides", "bridges", "bright", "brings"}) {
+    const std::vector<std::string> row =
+        columns(found[static_cast<std::size_t>(number) - std::stoul(columns(found[0])[0])]);
+    EXPECT_EQ(row[0], std::to_string(number++));
+    EXPECT_EQ(row[1], word);
+    EXPECT_EQ(row[2], "1");
+    EXPECT_NEAR(std::stod(row[3]), 1.6094, 0.01);  // ln 5
+  }
+  EXPECT_EQ(lines(shown({"words"})).size(), std::stoul(columns(shown({}))[1]));
+  EXPECT_EQ(shown({"words", "zz"}), "");
+  EXPECT_EQ(shown({"words", "0"}), "");
+}
+
+TEST_F(DumpTest, ShowsTheRowOfAWord) {
+  const std::vector<std::string> row = lines(shown({"row", "Bread"}));
+  ASSERT_EQ(row.size(), 3u);
+  EXPECT_NE(row[0].find("2 documents, idf 0.9163"), std::string::npos) << row[0];  // ln 2.5
+  EXPECT_EQ(columns(row[1]), (std::vector<std::string>{"0", "3"}));
+  EXPECT_EQ(columns(row[2]), (std::vector<std::string>{"1", "1"}));
+}
+
+TEST_F(DumpTest, ShowsDocuments) {
+  const std::vector<std::string> all = lines(shown({"docs"}));
+  ASSERT_EQ(all.size(), 4u);
+  for (int i = 0; i < 4; ++i) {
+    const std::vector<std::string> line = columns(all[static_cast<std::size_t>(i)]);
+    const std::string name =
+        *folder_ / ("pages/" + std::string(1, static_cast<char>('a' + i)) + ".html");
+    EXPECT_EQ(line[0], std::to_string(i));
+    EXPECT_EQ(line[1], "2048");
+    EXPECT_EQ(line[2], std::to_string(contentsOf(name).size()));
+    EXPECT_EQ(line[5], name);
+  }
+  EXPECT_EQ(columns(all[0])[3], "255");  // shorter than the least length
+  const std::string one = shown({"doc", "1"});
+  for (const char* part : {"header    45\n", "title     Tides\n", "type      2048\n"}) {
+    EXPECT_NE(one.find(part), std::string::npos) << part << one;
+  }
+}
+
+TEST_F(DumpTest, RefusesInOneLine) {
+  const std::string missing = *folder_ / "missing";
+  for (const auto& [index, command] : std::vector<std::pair<std::string, std::vector<std::string>>>{
+           {missing, {}},
+           {missing, {"words"}},
+           {missing, {"docs"}},
+           {root(), {"row", "unheard"}},
+           {root(), {"row", std::string(300, 'w')}},
+           {root(), {"doc", "4"}},
+           {root(), {"doc", "-1"}},
+           {root(), {"doc", "99999999999"}},
+           {root(), {"doc", "1x"}},
+           {root(), {"doc"}},
+           {root(), {"words", "a", "b"}},
+           {root(), {"sing"}}}) {
+    const ProgramRun result = dump(index, command);
+    EXPECT_EQ(result.status, 1) << (command.empty() ? "" : command[0]);
+    EXPECT_EQ(lines(result.errors).size(), 1u) << result.errors;
+  }
+}
+
+// One file of a copy of the index at a time is cut short or has bytes changed.
+TEST_F(DumpTest, SurvivesDamage) {
+  using Commands = std::vector<std::vector<std::string>>;
+  const Commands words{{"words"}, {"words", "wordq"}, {"row", "bread"}};
+  const Commands docs{{"docs"}, {"doc", "3"}};
+  const std::map<std::string, Commands> readers{{".info", {{}, {"words"}, {"docs"}}},
+                                                {".key", words},
+                                                {".ptr", words},
+                                                {".dat", words},
+                                                {".idf", words},
+                                                {".sum", docs},
+                                                {".norm", docs},
+                                                {".idx", docs},
+                                                {"_one.idx", docs},
+                                                {".lst", docs},
+                                                {".lpt", docs},
+                                                {".fidx", docs},
+                                                {".fdat", docs},
+                                                {".fnam", docs}};
+  const std::string copy = *folder_ / "copy/index";
+  std::filesystem::create_directories(*folder_ / "copy");
+  for (const auto& [suffix, commands] : readers) {
+    const std::string whole = contentsOf(root() + suffix);
+    ASSERT_FALSE(whole.empty()) << suffix;
+    for (const auto& [other, ignored] : readers) {
+      std::filesystem::copy_file(root() + other, copy + other,
+                                 std::filesystem::copy_options::overwrite_existing);
+    }
+    std::vector<std::string> damaged;
+    for (const std::size_t length :
+         {std::size_t{0}, std::size_t{3}, whole.size() / 2, whole.size() - 1}) {
+      damaged.push_back(whole.substr(0, length));
+    }
+    // The first bytes, where headers are, one by one; then ever wider steps.
+    for (std::size_t at = 0; at < whole.size(); at += 1 + at / 4) {
+      std::string bytes = whole;
+      bytes[at] = static_cast<char>(at % 3 == 0   ? 0xFF
+                                    : at % 3 == 1 ? bytes[at] ^ 0x80
+                                                  : bytes[at] + 1);
+      damaged.push_back(bytes);
+    }
+    for (const std::string& bytes : damaged) {
+      write(copy + suffix, bytes);
+      for (const std::vector<std::string>& command : commands) {
+        const ProgramRun result = dump(copy, command);
+        EXPECT_TRUE(result.status == 0 || (result.status == 1 && lines(result.errors).size() == 1))
+            << suffix << " of " << bytes.size() << " bytes, status " << result.status << ", signal "
+            << result.signal << '\n'
+            << result.errors;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vandrelle::test

@@ -18,6 +18,8 @@ namespace {
 constexpr int kReadExisting = 1 | 4;
 constexpr int kAbsolute = 1;
 constexpr std::size_t kNameBytes = 256;
+constexpr int kPieceBytes = 64;
+static_assert(DcFieldsBinder::kValueBytes % kPieceBytes == 0);
 
 // A name in a new array of kNameBytes, cut if it is longer.
 std::unique_ptr<char[]> nameBuffer(const std::string& name) {
@@ -125,8 +127,17 @@ std::unique_ptr<char[]> DcFieldsBinder::readValue(const StStoragePos& valpos,
     valid_ = false;
     return nullptr;
   }
-  const int got = static_cast<int>(isval_.read(buffer, kValueBytes));
-  buffer[std::clamp(got, 0, kValueBytes - 1)] = '\0';
+  // No further than to the value's end: reading ahead would move the stream's
+  // window on, and the next value lies behind this one.
+  int size = 0;
+  bool ended = false;
+  while (!ended && size < kValueBytes) {
+    const int got = static_cast<int>(isval_.read(buffer + size, kPieceBytes));
+    ended = got < kPieceBytes ||
+            std::memchr(buffer + size, '\0', static_cast<std::size_t>(got)) != nullptr;
+    size += std::max(got, 0);
+  }
+  buffer[std::min(size, kValueBytes - 1)] = '\0';
   if (filter_in_use_ && filter_ != nullptr) {
     return std::unique_ptr<char[]>(filter_->filterText(buffer, name.c_str()));
   }

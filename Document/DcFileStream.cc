@@ -10,6 +10,12 @@
 
 namespace vandrelle {
 
+namespace {
+
+constexpr int kPage = 4096;
+
+}  // namespace
+
 DcFileWindow::~DcFileWindow() {
   if (fd_ >= 0) ::close(fd_);
 }
@@ -35,10 +41,22 @@ std::streamsize DcFileWindow::readFile(char* to, std::streamsize count) {
 DcFileWindow::int_type DcFileWindow::underflow() {
   if (gptr() < egptr()) return traits_type::to_int_type(*gptr());
   if (!window_) window_.reset(new char[static_cast<size_t>(size_)]);
-  // At the end of the file the window stays: a seek back finds it.
+  // The window begins a little before the place asked for, so that small steps
+  // back stay inside it.
+  const off_type target = windowEnd_;
+  const std::streamsize before = size_ > kPage ? target % kPage : 0;
+  windowEnd_ -= before;
   const std::streamsize got = readFile(window_.get(), size_);
-  if (got == 0) return traits_type::eof();
-  setg(window_.get(), window_.get(), window_.get() + got);
+  if (got <= before) {
+    // The end of the file: what there is before it stays for a seek back.
+    setg(window_.get(), window_.get() + got, window_.get() + got);
+    if (got < before) {
+      setg(nullptr, nullptr, nullptr);
+      windowEnd_ = target;
+    }
+    return traits_type::eof();
+  }
+  setg(window_.get(), window_.get() + before, window_.get() + got);
   return traits_type::to_int_type(*gptr());
 }
 

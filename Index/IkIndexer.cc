@@ -25,6 +25,7 @@ constexpr std::size_t kPositionBytes = 4;  // and a position
 IkIndexer::IkIndexer(const char* rootname) : IkCreatorImpl(rootname) {}
 
 IkIndexer::~IkIndexer() {
+  drain();
   if (!wordTable_.empty()) makeIndex();
 }
 
@@ -46,17 +47,36 @@ std::size_t IkIndexer::allocsize(std::size_t n) {
   return size;
 }
 
-IkIndexerTableEntry& IkIndexer::newEntry(const WmWord* word) {
+void IkIndexer::addTerm(const WmWord* word, int chunk, int pos) {
+  PendingTerm& term = queue_[queued_ % kQueueSize];
+  new (term.word.word()) WmWord(*word);
+  term.hash = IkTermTable::hash(word);
+  term.chunk = chunk;
+  term.pos = pos;
+  wordTable_.prefetchSlot(term.hash);
+  ++queued_;
+  if (queued_ - entered_ > kQueueSize / 2) {
+    wordTable_.prefetchEntry(queue_[(queued_ - kQueueSize / 2) % kQueueSize].hash);
+  }
+  if (queued_ - entered_ == kQueueSize) enterTerm(queue_[entered_++ % kQueueSize]);
+}
+
+void IkIndexer::drain() {
+  while (entered_ != queued_) enterTerm(queue_[entered_++ % kQueueSize]);
+}
+
+IkIndexerTableEntry& IkIndexer::newEntry(const PendingTerm& term) {
   bool added;
-  IkIndexerTableEntry& entry = wordTable_.entry(word, &added);
+  IkIndexerTableEntry& entry = wordTable_.entry(term.word.word(), term.hash, &added);
   // The only accounting: distinct words, not their pairs or positions.
-  if (added) bytesUsed_ += ((word->num_letters() + 16) & ~15) + 16;
+  if (added) bytesUsed_ += ((term.word->num_letters() + 16) & ~15) + 16;
   return entry;
 }
 
-void IkIndexer::addTerm(const WmWord* word, int chunk, int pos) {
+void IkIndexer::enterTerm(const PendingTerm& term) {
+  const int chunk = term.chunk;
   if (chunk >= info_.totalNumChunks) info_.totalNumChunks = chunk + 1;
-  IkIndexerTableEntry& entry = newEntry(word);
+  IkIndexerTableEntry& entry = newEntry(term);
   if (entry.chunk == chunk) {
     ++entry.count;
   } else {
@@ -68,7 +88,7 @@ void IkIndexer::addTerm(const WmWord* word, int chunk, int pos) {
     entry.count = 1;
   }
   // As many positions as the file can count, so that its readers stay in step.
-  if (recordProximity_ && entry.count <= IkTempfile::kMaxCount) addPosition(entry, pos);
+  if (recordProximity_ && entry.count <= IkTempfile::kMaxCount) addPosition(entry, term.pos);
   if (bytesUsed_ > kMaxBytesUsed && chunk != lastDoc_) flushToFile();
   lastDoc_ = chunk;
 }
@@ -87,6 +107,7 @@ std::string IkIndexer::tempfileName(const char* base, int number) const {
 }
 
 void IkIndexer::flushTempfiles() {
+  drain();
   if (!wordTable_.empty()) flushToFile();
 }
 
@@ -133,6 +154,7 @@ void IkIndexer::writeProximity(const IkIndexerTableEntry& entry, IkProxCreator* 
 }
 
 void IkIndexer::makeIndex() {
+  drain();
   if (wordTable_.empty() && filenum_ == startfilenum_) return;
   flushTempfiles();
   std::vector<std::string> names;

@@ -66,7 +66,20 @@ class IkIndexer : public IkCreatorImpl {
   // What the positions of one word take while the table is filled.
   using Positions = std::vector<int>;
 
-  IkIndexerTableEntry& newEntry(const WmWord* word);
+  // A term on its way into the table. Terms wait in a short queue, and the table's
+  // memory is asked for while they do: the table is far larger than the cache.
+  struct PendingTerm {
+    WmLocalWord word;
+    std::uint32_t hash;
+    int chunk;
+    int pos;
+  };
+  static constexpr unsigned kQueueSize = 8;
+
+  IkIndexerTableEntry& newEntry(const PendingTerm& term);
+  void enterTerm(const PendingTerm& term);
+  // Enters all terms that wait.
+  void drain();
   void addPosition(const IkIndexerTableEntry& entry, int pos);
   void flushToFile();
   void writeProximity(const IkIndexerTableEntry& entry, class IkProxCreator* prox);
@@ -74,6 +87,9 @@ class IkIndexer : public IkCreatorImpl {
   void compile(const std::vector<std::string>& tempfiles);
 
   IkTermTable wordTable_;
+  PendingTerm queue_[kQueueSize];       // a ring: term n stands at n modulo its size
+  unsigned queued_ = 0;                 // terms that ever came in
+  unsigned entered_ = 0;                // terms that went on to the table
   std::vector<Positions> proxEntries_;  // by entry number; empty without proximity
   int filenum_ = 0;                     // of the next temporary file
   int startfilenum_ = 0;

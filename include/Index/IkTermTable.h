@@ -6,7 +6,8 @@
 // dense slot array and, for a word seen before, a step in the word's entry. An
 // entry is one cache line that holds the word itself, if short, and the pair
 // that is still being counted; finished pairs are kept in the form that the
-// temporary file has, so that writing them out is a copy.
+// temporary file has, so that writing them out is a copy. A caller that knows
+// the next words early can start their memory accesses early.
 #pragma once
 
 #include <cstddef>
@@ -46,7 +47,7 @@ class IkTermArena {
 };
 
 // One word and its chunks in rising order.
-struct IkIndexerTableEntry {
+struct alignas(64) IkIndexerTableEntry {
   static constexpr std::size_t kInlineWord = 32;
 
   std::int32_t chunk;         // the chunk being counted, -1 before the first term
@@ -73,17 +74,44 @@ struct IkIndexerTableEntry {
   const WmWord* word() const { return reinterpret_cast<const WmWord*>(wordBytes()); }
 };
 
+static_assert(sizeof(IkIndexerTableEntry) == 64);
+
 class IkTermTable {
  public:
   IkTermTable();
   IkTermTable(const IkTermTable&) = delete;
   IkTermTable& operator=(const IkTermTable&) = delete;
 
-  // The entry of `word`, made with chunk -1 if it is new; then `*added` is true.
-  // The reference is good until the next call of entry() or clear().
-  IkIndexerTableEntry& entry(const WmWord* word, bool* added) {
+  // Over the length byte and the letters; multiply-and-fold of eight bytes at a
+  // time, the tail read as overlapping words.
+  static std::uint32_t hash(const WmWord* word) {
+    constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15u;
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(word);
-    const std::uint32_t hash = hashWord(bytes);
+    const std::size_t length = std::size_t{bytes[0]} + 1;
+    std::uint64_t hash = length * 0xC2B2AE3D27D4EB4Fu;
+    if (length >= 8) {
+      const unsigned char* last = bytes + length - 8;
+      for (; bytes < last; bytes += 8) {
+        hash = (hash ^ load64(bytes)) * kMultiplier;
+        hash ^= hash >> 29;
+      }
+      hash = (hash ^ load64(last)) * kMultiplier;
+    } else if (length >= 4) {
+      const std::uint64_t both = std::uint64_t{load32(bytes)} << 32 | load32(bytes + length - 4);
+      hash = (hash ^ both) * kMultiplier;
+    } else {
+      std::uint64_t few = 0;
+      for (std::size_t i = 0; i < length; ++i) few = few << 8 | bytes[i];
+      hash = (hash ^ few) * kMultiplier;
+    }
+    return static_cast<std::uint32_t>(hash >> 32);
+  }
+
+  // The entry of `word`, whose hash() is `hash`, made with chunk -1 if it is new;
+  // then `*added` is true. The reference is good until the next call of entry()
+  // or clear().
+  IkIndexerTableEntry& entry(const WmWord* word, std::uint32_t hash, bool* added) {
+    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(word);
     std::size_t slot = hash & mask_;
     for (;;) {
       const Slot& candidate = slots_[slot];
@@ -99,6 +127,14 @@ class IkTermTable {
     }
     *added = true;
     return insert(bytes, hash, slot);
+  }
+
+  // The two memory accesses of a coming entry(), started early: first the slot,
+  // some time later, when that is at hand, the entry that it leads to.
+  void prefetchSlot(std::uint32_t hash) const { __builtin_prefetch(&slots_[hash & mask_]); }
+  void prefetchEntry(std::uint32_t hash) {
+    const Slot& candidate = slots_[hash & mask_];
+    if (candidate.entry != kNoEntry) __builtin_prefetch(entryAt(candidate.entry), 1);
   }
 
   // Moves the pair being counted to the finished ones.
@@ -131,30 +167,20 @@ class IkTermTable {
     return value;
   }
 
-  // Over the length byte and the letters; multiply-and-fold of eight bytes at a
-  // time, the tail read as overlapping words.
-  static std::uint32_t hashWord(const unsigned char* bytes) {
-    constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15u;
-    std::size_t length = std::size_t{bytes[0]} + 1;
-    std::uint64_t hash = length * 0xC2B2AE3D27D4EB4Fu;
-    if (length >= 8) {
-      const unsigned char* last = bytes + length - 8;
-      for (; bytes < last; bytes += 8)
-        hash = (hash ^ load64(bytes)) * kMultiplier, hash ^= hash >> 29;
-      hash = (hash ^ load64(last)) * kMultiplier;
-    } else if (length >= 4) {
-      const std::uint64_t both = std::uint64_t{load32(bytes)} << 32 | load32(bytes + length - 4);
-      hash = (hash ^ both) * kMultiplier;
-    } else {
-      std::uint64_t few = 0;
-      for (std::size_t i = 0; i < length; ++i) few = few << 8 | bytes[i];
-      hash = (hash ^ few) * kMultiplier;
-    }
-    return static_cast<std::uint32_t>(hash >> 32);
-  }
-
   static bool sameWord(const unsigned char* a, const unsigned char* b) {
-    return a[0] == b[0] && __builtin_memcmp(a + 1, b + 1, a[0]) == 0;
+    const std::size_t length = std::size_t{a[0]} + 1;
+    if (a[0] != b[0]) return false;
+    if (length < 8) {
+      for (std::size_t i = 1; i < length; ++i) {
+        if (a[i] != b[i]) return false;
+      }
+      return true;
+    }
+    const std::size_t last = length - 8;
+    for (std::size_t i = 0; i < last; i += 8) {
+      if (load64(a + i) != load64(b + i)) return false;
+    }
+    return load64(a + last) == load64(b + last);
   }
 
   IkIndexerTableEntry* entryAt(std::uint32_t number) {

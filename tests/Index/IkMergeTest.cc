@@ -209,15 +209,14 @@ TEST_F(IkMergeTest, TableIsWrittenAtTheFirstTermOfTheNextChunk) {
   }
   EXPECT_FALSE(std::ifstream(root + ".tmp000").good());
   const WmLocalWord shared("shared");
-  accumulator.addTerm(shared.word(), 1, 0);
-  EXPECT_TRUE(std::ifstream(root + ".tmp000").good());
-  accumulator.addTerm(shared.word(), 1, 1);
-  accumulator.addTerm(shared.word(), 1, 2);
+  for (int i = 0; i < 3; ++i) accumulator.addTerm(shared.word(), 1, i);
   accumulator.makeIndex();
   EXPECT_EQ(accumulator.compiled, 1);
   EXPECT_EQ(accumulator.info().totalNumChunks, 2);
   const std::string all = merged({root + ".tmp000", root + ".tmp001"}, 2000);
   EXPECT_NE(all.find("shared S 1*3\n"), std::string::npos);
+  EXPECT_NE(merged({root + ".tmp000"}, 2000).find("shared S 1*1\n"), std::string::npos);
+  EXPECT_EQ(merged({root + ".tmp001"}, 2000), "shared S 1*2\n");
   EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 140001);
 }
 

@@ -8,6 +8,7 @@
 #include "Document/DcDocumentManager.h"
 #include "Fun/FdBag.h"
 #include "Fun/FdStream.h"
+#include "Index/IkDataMerger.h"
 #include "Index/IkException.h"
 #include "Index/IkIndexer.h"
 #include "Index/IkLocalIndexBinder.h"
@@ -117,8 +118,25 @@ void IkIndexImpl::mergeAdditive(FdBag* roots, int mergeTranspose, IkMergeDeleter
   mergeImpl(roots, true, mergeTranspose != 0, deleters);
 }
 
-void IkIndexImpl::mergeImpl(FdBag*, bool, bool, IkMergeDeleter**) {
-  THROW(Ik, "Indexes can't be merged in this version");
+void IkIndexImpl::mergeImpl(FdBag* roots_impl, bool additive, bool mergeTrp,
+                            IkMergeDeleter** deleters) {
+  IkDataMerger merger(name_.suffix(nullptr));
+  updateCreator(&merger);
+  merger.additiveMode(additive);
+  copyFlags(&merger);
+  std::unique_ptr<FdStream> roots(roots_impl->iterator());
+  int number = 0;
+  for (roots->reset(); roots->more(); roots->next(), ++number) {
+    std::string side;
+    if (mergeTrp) {
+      char suffix[24];
+      std::snprintf(suffix, sizeof suffix, ".tmp.%.4x", static_cast<unsigned>(number));
+      side = name_.suffix(suffix);
+    }
+    merger.addIndex(static_cast<const char*>(roots->key()), mergeTrp ? side.c_str() : nullptr,
+                    deleters != nullptr ? deleters[number] : nullptr);
+  }
+  merger.makeIndex();
 }
 
 void IkIndexImpl::mergeTranspose(FdBag*) {

@@ -12,6 +12,8 @@
 #include "KeyFile/KdInlineCreate.h"
 #include "KeyFile/KdMmapAccessor.h"
 #include "KeyFile/KdMmapCreator.h"
+#include "KeyFile/KdStopAccessor.h"
+#include "KeyFile/KdStopCreator.h"
 #include "Tool/NameManager.h"
 #include "Tool/SysTools.h"
 
@@ -42,6 +44,7 @@ KdFileAccessor* bindKind(const char* filename, int32 code, int accessType, std::
       return new KdMmapAccessor(filename, accessType, keyfile_fd);
     case 12:
     case 13:
+      return new KdStopAccessor(ptr_file, keyfile_fd);
     case 15:
       THROW(KdAccess, "Key files of type " << code << " can't be read.");
     default:
@@ -67,6 +70,7 @@ KdFileCreator* KfKeyFileManager::KdCreate(const char* file_name, int32 chunk_siz
       return new KdMmapCreator(file_name, chunk_size, data_size, this_file_type);
     case 12:
     case 13:
+      return new KdStopCreator(file_name, chunk_size, data_size, this_file_type);
     case 15:
       THROW(KdCreate, "Key files of type " << this_file_type << " can't be written.");
     default:

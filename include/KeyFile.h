@@ -23,16 +23,16 @@ class SysToolsMapObject;
 class KdStream;
 
 // Writes a key file. Only after the creator has been destroyed are the files
-// whole; until then a reader sees a table without entries.
+// whole; until then a reader sees a table without entries or refuses them.
 class KdFileCreator {
  public:
   virtual ~KdFileCreator() = default;
 
   // Enters a word of at most 63 letters with `data_size` bytes, at most 65. Words
   // must come in increasing order: one that is not greater than its predecessor
-  // is dropped silently. The string form folds to lower case. Throws
-  // _Exception_KdInit, _Exception_KdWordTooBig, and _Exception_IO when a file
-  // cannot be written.
+  // is dropped, and only the stop-style kinds say so. The string form folds to
+  // lower case. Throws _Exception_KdInit, _Exception_KdWordTooBig, and
+  // _Exception_IO when a file cannot be written.
   virtual void Add_Entry(const WmWord* aWord, const void* data, int32 data_size) = 0;
   virtual void Add_Entry(const char* aWord, const void* data, int32 data_size) = 0;
 };

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <ostream>
 
 #include "Token/TkStemTable.h"
 
@@ -33,6 +34,15 @@ void TkStemRule::write(unsigned char* to) const {
   to[kBits] = static_cast<unsigned char>(num_append << kAppendShift | (cont != 0 ? kCont : 0) |
                                          (intact != 0 ? kIntact : 0) |
                                          (ignoreSzConstraint != 0 ? kIgnoreSize : 0));
+}
+
+std::ostream& operator<<(std::ostream& os, const TkStemRule& rule) {
+  for (int i = 0; i < TkStemRule::kMaxSuffix && rule.suffix[i] != '\0'; ++i) os << rule.suffix[i];
+  if (rule.intact != 0) os << '*';
+  os << int{rule.num_replace};
+  for (int i = 0; i < rule.num_append; ++i) os << rule.replace[i];
+  if (rule.ignoreSzConstraint != 0) os << '?';
+  return os << (rule.cont != 0 ? '>' : '.');
 }
 
 }  // namespace vandrelle

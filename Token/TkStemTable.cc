@@ -3,6 +3,7 @@
 #include <cstring>
 #include <fstream>
 #include <memory>
+#include <ostream>
 
 #include "Fun/FdTable.h"
 #include "Token/CharacterClass.h"
@@ -72,7 +73,8 @@ void TkStemTable::insertRule(const TkStemRule& rule) {
   *tail = &elements_.emplace_back(FastStemElem{rule, nullptr});
 }
 
-WmWord* TkStemTable::stem(WmWord* place, char* stembuf) const {
+template <typename Visit>
+void TkStemTable::applyRules(char* stembuf, Visit visit) const {
   int lastchar = static_cast<int>(std::strlen(stembuf)) - 1;
   bool cont = true;
   for (int round = 0; cont && lastchar >= kMinStem && round < kMaxRounds; ++round) {
@@ -83,8 +85,18 @@ WmWord* TkStemTable::stem(WmWord* place, char* stembuf) const {
     applyRule(stembuf, lastchar, *rule);
     lastchar = stemmed;
     cont = rule->cont != 0;
+    visit(*rule);
   }
+}
+
+WmWord* TkStemTable::stem(WmWord* place, char* stembuf) const {
+  applyRules(stembuf, [](const TkStemRule&) {});
   return place != nullptr ? new (place) WmWord(stembuf) : WmWord::Create(stembuf);
+}
+
+void TkStemTable::explain(char* stembuf, std::ostream& os) const {
+  applyRules(stembuf,
+             [&](const TkStemRule& rule) { os << "  rule " << rule << ": " << stembuf << '\n'; });
 }
 
 const TkStemRule* TkStemTable::findRule(const char* buf, int lastchar, bool isIntact) const {

@@ -1,12 +1,12 @@
 #include <cstring>
 #include <fstream>
-#include <iomanip>
 #include <string>
 #include <vector>
 
 #include "Fun/FdTable.h"
 #include "Token/CharacterClass.h"
 #include "Token/TkException.h"
+#include "Token/TkSourceReader.h"
 #include "Token/TkStemTable.h"
 
 namespace vandrelle {
@@ -93,15 +93,22 @@ class Group {
   bool seen_[256] = {};
 };
 
-bool compile(std::istream& is, FdTable* table) {
+bool compile(std::istream& is, FdTable* table, TkSourceFault* fault) {
   Group group(table);
-  std::string token;
-  // One more than is allowed, so that a longer token shows itself.
-  while (is >> std::setw(kMaxToken + 1) >> token) {
+  TkSourceReader reader(&is);
+  const auto broken = [&](const char* reason) {
+    *fault = reader.fault(reason);
+    return false;
+  };
+  while (reader.next()) {
+    const std::string& token = reader.token();
     TkStemRule rule;
-    if (token.size() > kMaxToken || !parseRule(token, &rule)) return false;
-    if (group.starts(token[0]) && !group.change(token[0])) return false;
-    if (!group.add(rule)) return false;
+    if (token.size() > kMaxToken) return broken("a rule has at most 39 characters");
+    if (!parseRule(token, &rule)) return broken("this is no rule");
+    if (group.starts(token[0]) && !group.change(token[0])) {
+      return broken("the rules of its first letter stand further up");
+    }
+    if (!group.add(rule)) return broken("more than 20 rules have this first letter");
   }
   group.change('\0');
   return true;
@@ -114,7 +121,8 @@ Outcome createQuietly(const char* rulefile, const char* ruletable) {
   std::ifstream is(rulefile);
   if (!is.is_open()) return Outcome::kNoSource;
   FdTable table(kTableHint);
-  if (!compile(is, &table)) return Outcome::kBadRule;
+  TkSourceFault fault;
+  if (!compile(is, &table, &fault)) return Outcome::kBadRule;
   if (is.bad()) return Outcome::kNoSource;
   std::ofstream os(ruletable, std::ios::binary | std::ios::trunc);
   table.write(os);
@@ -135,6 +143,11 @@ void TkStemTable::createTable(const char* rulefile, const char* ruletable) {
     case Outcome::kNotWritten:
       THROW(TkStemmer, "The stemmer rules file could not be written: " << ruletable);
   }
+}
+
+bool TkStemTable::checkSource(std::istream& is, TkSourceFault* fault) {
+  FdTable table(kTableHint);
+  return compile(is, &table, fault);
 }
 
 }  // namespace vandrelle

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <ostream>
 
 #include "Token/CharacterClass.h"
 
@@ -29,6 +30,40 @@ WmWord* TkStemmerImpl::stem(const WmWord* word, WmWord* place) {
   char stembuf[TkStemTable::kStemBuffer];
   if (preStem(word, stembuf) != 0) return stemtable_->stem(place, stembuf);
   return place != nullptr ? new (place) WmWord("") : WmWord::Create("");
+}
+
+void TkStemmerImpl::explain(const WmWord* word, std::ostream& os) {
+  os << *word << '\n';
+  char stembuf[TkStemTable::kStemBuffer];
+  int length = removeContractions(word, stembuf);
+  stembuf[length] = '\0';
+  WordRoom bare, replace;
+  new (bare.bytes) WmWord(stembuf);
+  if (length == 0 && word->valid()) {
+    os << "  a contraction that is left out\n";
+  } else if (length != std::min(word->num_letters(), kMaxLetters)) {
+    os << "  without its apostrophe: " << stembuf << '\n';
+  }
+  if (length != 0 && stopSub(bare.word(), replace.word()) != 0) {
+    length = copyLetters(replace.word(), stembuf);
+    stembuf[length] = '\0';
+    const bool listed = stoptable_->stop(bare.word(), nullptr) != 0;
+    if (length != 0) {
+      os << "  stop table, indexed as: " << stembuf << '\n';
+    } else if (listed) {
+      os << "  stop word\n";
+    } else if (stopsAsNumber(bare.word())) {
+      os << "  too many digits\n";
+    } else {
+      os << "  too short, or begins with a mark\n";
+    }
+  }
+  if (length != 0) {
+    stemtable_->explain(stembuf, os);
+    os << "  stem: " << stembuf << '\n';
+  } else {
+    os << "  not indexed\n";
+  }
 }
 
 int TkStemmerImpl::preStem(const WmWord* word, char* stembuf) {

@@ -25,13 +25,24 @@ class TkManager {
 
   // Every word is its own stem.
   static TkStemmer* NullStemmer();
+  // The stemmer of an index, of two compiled tables (see TkStemTable and TkStopTable,
+  // which null names default to). Throws what these throw.
+  static TkStemmerImpl* Stemmer(const char* stem, const char* stop);
+  static TkStemmerImpl* NewStemmer(const char* stem, const char* stop);
+  // The same, but here null means the stop table /Vandrelle/table/stop.old.
+  static TkStemmerImpl* BasicStemmer(const char* stem, const char* stop);
+  static TkStemmerImpl* FastStemmer(const char* stem, const char* stop);
   // Suffix rules and contractions, but no stop words: single letters and numbers
   // stay. Null names the table that TkStemTable does. Throws _Exception_TkStemmer
   // if the table cannot be read.
   static TkStemmerImpl* StemOnlyStemmer(const char* stem);
 
-  // Compiles the source of a stem table (see TkStemTable).
+  // Compile the sources of tables (see TkStemTable and TkStopTable); the last one
+  // both, the stop table first.
   static void CreateStemTable(const char* source, const char* table);
+  static void CreateStopTable(const char* source, const char* table);
+  static void CreateTables(const char* stemSource, const char* stemTable, const char* stopSource,
+                           const char* stopTable);
 };
 
 }  // namespace vandrelle

@@ -33,12 +33,14 @@
 
 #include <cstdint>
 #include <deque>
+#include <iosfwd>
 
 #include "Word.h"
 
 namespace vandrelle {
 
 class FdTable;
+struct TkSourceFault;
 
 struct TkStemRule {
   static constexpr int kMaxSuffix = 6;
@@ -62,6 +64,9 @@ struct TkStemRule {
 };
 static_assert(sizeof(TkStemRule) == 12, "TkStemRule struct size should be 12");
 
+// The rule as a token of the source text.
+std::ostream& operator<<(std::ostream& os, const TkStemRule& rule);
+
 struct FastStemElem {
   TkStemRule rule;
   FastStemElem* next;
@@ -79,17 +84,26 @@ class TkStemTable {
   // opened or written, or for a token that is no rule.
   static void createTable(const char* rulefile, const char* ruletable);
 
+  // Looks for the first token of a source that is no rule, or is one too many or in
+  // the wrong place; false if there is one.
+  static bool checkSource(std::istream& is, TkSourceFault* fault);
+
   // Stems the zero-terminated lower-case word in `stembuf`, a buffer of
   // kStemBuffer bytes, in place. The result is a word in `place` if that is
   // given, else a new one that the caller owns.
   static constexpr int kStemBuffer = 64;
   WmWord* stem(WmWord* place, char* stembuf) const;
+  // The same, without a result but with a line for each rule that applies.
+  void explain(char* stembuf, std::ostream& os) const;
 
  private:
   static constexpr int kLetters = 26;
 
   void readTableIntoArray(FdTable& table);
   void insertRule(const TkStemRule& rule);
+  // Applies one rule after the other, and tells `visit` of each.
+  template <typename Visit>
+  void applyRules(char* stembuf, Visit visit) const;
   // The first rule for the word that ends at `lastchar`, or null.
   const TkStemRule* findRule(const char* buf, int lastchar, bool isIntact) const;
   static bool isMatch(const char* buf, int lastchar, const TkStemRule& rule, bool isIntact);

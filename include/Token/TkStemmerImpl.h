@@ -2,6 +2,7 @@
 // numbers, then suffix rules.
 #pragma once
 
+#include <iosfwd>
 #include <memory>
 
 #include "Token/TkStemTable.h"
@@ -21,6 +22,8 @@ class TkStemmerImpl final : public TkStemmer {
 
   // `word` has at most 63 letters; more are left out.
   WmWord* stem(const WmWord* word, WmWord* place) override;
+  // Tells on lines of its own what becomes of a word, and why.
+  void explain(const WmWord* word, std::ostream& os);
 
   int numberPolicy() const { return numberPolicy_; }
   void numberPolicy(int bits) { numberPolicy_ = bits; }

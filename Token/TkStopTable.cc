@@ -1,0 +1,116 @@
+#include "Token/TkStopTable.h"
+
+#include <fstream>
+
+#include "KeyFile/KdStopCreator.h"
+#include "KeyFile/KfKeyFileManager.h"
+#include "Token/CharacterClass.h"
+#include "Token/TkSourceReader.h"
+
+namespace vandrelle {
+
+namespace {
+
+constexpr char kDefaultTable[] = "/Vandrelle/table/stop";
+constexpr char kNoReplacement[] = "*";
+constexpr int kBuckets = 8192;
+constexpr int kChunkSize = 128;
+constexpr int kKeyFileType = 12;
+
+}  // namespace
+
+TkStopTable::TkStopTable(const char* tableName) : table_(kBuckets) {
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    readStopFileIntoTable(tableName != nullptr ? tableName : kDefaultTable);
+    return;
+  }
+  environment.restore_env();
+  table_.removeAll();
+  dupList_.clear();
+  ExceptionManager::instance()->do_throw();
+}
+
+void TkStopTable::readStopFileIntoTable(const char* tableName) {
+  const std::unique_ptr<KdFileAccessor> accessor(KfKeyFileManager::KdBind(tableName));
+  const std::unique_ptr<KdStream> stream(accessor->iterator());
+  for (stream->reset(); stream->more(); stream->next()) {
+    const WmWord* key = dupList_.emplace_back(WmWord::Create(*stream->key())).get();
+    const WmWord* replacement = nullptr;
+    if (stream->dataSize() != 0) {
+      const auto* data = static_cast<const WmWord*>(stream->data());
+      replacement = dupList_.emplace_back(WmWord::Create(*data)).get();
+    }
+    table_.insert(key, reinterpret_cast<FdFastWordTable::Data>(replacement));
+  }
+}
+
+int TkStopTable::stop(const WmWord* word, WmWord* data) {
+  FdFastWordTable::Data found;
+  if (!table_.find(word, &found)) return 0;
+  if (data == nullptr) return 1;
+  if (found != 0) {
+    new (data) WmWord(*reinterpret_cast<const WmWord*>(found));
+  } else {
+    data->makeInvalid();
+  }
+  return 1;
+}
+
+void TkStopTable::createTable(const char* flatFileName, const char* tableName) {
+  std::ifstream is(flatFileName);
+  if (!is) THROW(IO, "Error opening stop table source file: " << flatFileName);
+  const int first = is.peek();
+  if (first == EOF || !character_class::isLetter(static_cast<char>(first))) {
+    is.close();
+    THROW(IO, "Bad file type - must pass in a flat file: " << flatFileName);
+  }
+  std::unique_ptr<KdFileCreator> creator(
+      KfKeyFileManager::KdCreate(tableName, kChunkSize, kKeyFileType, 0));
+  TkSourceReader reader(&is);
+  while (reader.next()) {
+    const WmLocalWord key(reader.token().c_str());
+    if (!reader.next()) break;
+    const WmLocalWord replacement(reader.token().c_str());
+    const bool none = reader.token() == kNoReplacement;
+    creator->Add_Entry(key.word(), none ? nullptr : replacement.word(), 0);
+  }
+}
+
+bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
+  const int first = is.peek();
+  if (first == EOF || !character_class::isLetter(static_cast<char>(first))) {
+    *fault = {1, "", "the file does not begin with a letter"};
+    return false;
+  }
+  const auto broken = [fault](const TkSourceFault& found) {
+    *fault = found;
+    return false;
+  };
+  TkSourceReader reader(&is);
+  WmLocalWord previous;
+  while (reader.next()) {
+    const int keyLetters = static_cast<int>(reader.token().size());
+    if (keyLetters > kKdStopMaxKey) {
+      return broken(
+          reader.fault("a word has at most " + std::to_string(kKdStopMaxKey) + " letters"));
+    }
+    const WmLocalWord key(reader.token().c_str());
+    if (KdStopLetter(key.word()) < 0) {
+      return broken(reader.fault("a word begins with a letter"));
+    }
+    const int order = WmWord::cmp(previous.word(), key.word());
+    if (order == 0) return broken(reader.fault("the word stands there twice"));
+    if (order > 0) return broken(reader.fault("the word is out of order"));
+    const TkSourceFault alone = reader.fault("the word has no replacement and no * behind it");
+    if (!reader.next()) return broken(alone);
+    if (reader.token().size() > kKdStopMaxData) {
+      return broken(
+          reader.fault("a replacement has at most " + std::to_string(kKdStopMaxData) + " letters"));
+    }
+    previous = key;
+  }
+  return true;
+}
+
+}  // namespace vandrelle

@@ -31,7 +31,7 @@ say "The closing lines of $root.log"
 tail -n 12 "$root.log"
 
 dump() {
-  say "vandrelleDump -R $root $*"
+  say "vandrelleDump -R $root${*:+ $*}"
   "$programs/vandrelleDump" -R "$root" "$@"
 }
 dump

@@ -8,7 +8,6 @@
 #include "Document/DcDocumentManager.h"
 #include "Fun/FdBag.h"
 #include "Fun/FdStream.h"
-#include "Index/IkDataMerger.h"
 #include "Index/IkException.h"
 #include "Index/IkIndexer.h"
 #include "Index/IkLocalIndexBinder.h"
@@ -116,31 +115,6 @@ void IkIndexImpl::merge(FdBag* roots) { mergeImpl(roots, false, false, nullptr);
 
 void IkIndexImpl::mergeAdditive(FdBag* roots, int mergeTranspose, IkMergeDeleter** deleters) {
   mergeImpl(roots, true, mergeTranspose != 0, deleters);
-}
-
-void IkIndexImpl::mergeImpl(FdBag* roots_impl, bool additive, bool mergeTrp,
-                            IkMergeDeleter** deleters) {
-  IkDataMerger merger(name_.suffix(nullptr));
-  updateCreator(&merger);
-  merger.additiveMode(additive);
-  copyFlags(&merger);
-  std::unique_ptr<FdStream> roots(roots_impl->iterator());
-  int number = 0;
-  for (roots->reset(); roots->more(); roots->next(), ++number) {
-    std::string side;
-    if (mergeTrp) {
-      char suffix[24];
-      std::snprintf(suffix, sizeof suffix, ".tmp.%.4x", static_cast<unsigned>(number));
-      side = name_.suffix(suffix);
-    }
-    merger.addIndex(static_cast<const char*>(roots->key()), mergeTrp ? side.c_str() : nullptr,
-                    deleters != nullptr ? deleters[number] : nullptr);
-  }
-  merger.makeIndex();
-}
-
-void IkIndexImpl::mergeTranspose(FdBag*) {
-  THROW(Ik, "Digests can't be merged in this version; run stage 3 on the merged index");
 }
 
 void IkIndexImpl::extend(int, int) {

@@ -3,14 +3,20 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstring>
 
+#include "Fast/FiStemTable.h"
 #include "Index/IkDataFileBinder.h"
 #include "Index/IkException.h"
 #include "Index/IkIdfBinder.h"
 #include "Index/IkIdfCache.h"
 #include "Index/IkLocalWordTable.h"
+#include "Index/IkTranspose.h"
+#include "Index/IkTransposeLoader.h"
+#include "Index/IkUnstemmer.h"
 #include "KeyFile/KfKeyFileManager.h"
+#include "Storage/StFileStorage.h"
 
 namespace vandrelle {
 
@@ -19,6 +25,10 @@ namespace {
 constexpr int kMaxSuffix = 20;
 constexpr int kReadKeyFile = 14;
 constexpr int kMapKeyFile = 16;
+// Digests of the older layout that are kept in memory.
+constexpr int kOldTransposeCache = 128;
+// Larger files of digests are of the newer layout, and aren't checked.
+constexpr std::uint64_t kMaxCheckedTranspose = 0x7FFF0000;
 
 // Maps a file that must have at least `bytes` bytes; nothing if those are 0.
 void mapArray(SysToolsMapObject* map, const char* filename, std::int64_t bytes) {
@@ -132,7 +142,42 @@ IkIdfCache* IkLocalIndexBinder::idfCache() {
 QaBinder* IkLocalIndexBinder::queryAccelBinder(int) { return nullptr; }
 
 IkTranspose* IkLocalIndexBinder::transpose() {
-  THROW(Unimpl, "IkLocalIndexBinder::transpose() is unimplemented");
+  if (transpose_ != nullptr) return transpose_.get();
+  auto transpose = std::make_unique<IkTranspose>(info()->totalNumChunks, info()->numDigestWords);
+  const std::string filename = name_.suffix(".trp");
+  if (transposeCacheSize_ != 0 && !SysTools::fileExists(filename.c_str())) {
+    if (docmgr_ == nullptr) {
+      THROW(Ik, "'" << filename << "' doesn't exist, and no documents are bound to make up for it");
+    }
+    transpose->dynamicCache(this, docmgr_, transposeCacheSize_);
+  } else if (transposeEntrySize(filename) == IkOldTransposeLoader::kEntryBytes) {
+    transpose->externalCache(new IkOldTransposeLoader(filename.c_str(), info()->numDigestWords),
+                             kOldTransposeCache);
+  } else if (transposeCacheSize_ == 0) {
+    transpose->map(filename.c_str());
+  } else {
+    transpose->cache(filename.c_str(), transposeCacheSize_);
+  }
+  transpose_ = std::move(transpose);
+  return transpose_.get();
+}
+
+// The bytes of an entry, by the size of the file.
+int IkLocalIndexBinder::transposeEntrySize(const std::string& filename) {
+  StFileStorage file(filename.c_str(), true);
+  file.Open(false, false);
+  const std::uint64_t size = file.MaxPos().Bytes();
+  if (size >= kMaxCheckedTranspose) return IkTranspose::kEntryBytes;
+  const auto documents = static_cast<std::uint64_t>(std::max(info()->totalNumChunks, 1));
+  const auto words = static_cast<std::uint64_t>(std::max(info()->numDigestWords, 1));
+  if (size % documents != 0 || size / documents % words != 0) {
+    THROW(Ik, "Invalid transpose file!");
+  }
+  const std::uint64_t entry = size / documents / words;
+  if (entry != IkTranspose::kEntryBytes && entry != IkOldTransposeLoader::kEntryBytes) {
+    THROW(Ik, "Invalid transpose entry size!");
+  }
+  return static_cast<int>(entry);
 }
 
 IkLocalRetriever* IkLocalIndexBinder::localRetriever() {
@@ -144,11 +189,17 @@ IkRetriever* IkLocalIndexBinder::retriever() {
 }
 
 FiStemTable* IkLocalIndexBinder::stemTable() {
-  THROW(Unimpl, "IkLocalIndexBinder::stemTable() is unimplemented");
+  if (stemTable_ == nullptr) {
+    auto table = std::make_unique<FiStemTable>();
+    table->bind(name_.suffix(".unstem"), 0, 1);
+    stemTable_ = std::move(table);
+  }
+  return stemTable_.get();
 }
 
 IkUnstemmer* IkLocalIndexBinder::unstemmer() {
-  THROW(Unimpl, "IkLocalIndexBinder::unstemmer() is unimplemented");
+  if (unstemmer_ == nullptr) unstemmer_ = std::make_unique<IkUnstemmer>(idfCache(), stemTable());
+  return unstemmer_.get();
 }
 
 int IkLocalIndexBinder::cleanupFiles() {

@@ -55,6 +55,7 @@ class IkLocalIndexBinder : public IkIndexBinder {
   // files, and throws what they throw when they are missing or damaged.
   IkIndexInfo* info() override;
   IkWordTable* wordTable() override;
+  // Without <root>.trp the digests are computed from the documents.
   IkTranspose* transpose() override;
   IkRetriever* retriever() override;
   IkLocalRetriever* localRetriever();
@@ -90,6 +91,8 @@ class IkLocalIndexBinder : public IkIndexBinder {
   void safeCleanupPath(const char* path) { safePath_ = path; }
 
  private:
+  int transposeEntrySize(const std::string& filename);
+
   NameManager name_;
   DcDocumentManager* docmgr_;
   std::unique_ptr<IkDataFileBinder> indexData_;
@@ -100,6 +103,9 @@ class IkLocalIndexBinder : public IkIndexBinder {
   std::unique_ptr<IkWordTable> wordTable_;
   std::unique_ptr<IkIdfBinder> idfBinder_;
   std::unique_ptr<IkIdfCache> idfCache_;
+  std::unique_ptr<IkTranspose> transpose_;
+  std::unique_ptr<FiStemTable> stemTable_;
+  std::unique_ptr<IkUnstemmer> unstemmer_;
   int transposeCacheSize_ = 128;
   DcStructureMap* structureMap_ = nullptr;
   std::string safePath_ = "/tmp";

@@ -4,13 +4,22 @@
 
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "Fun/Fd.h"
+#include "Fun/FdBag.h"
 #include "IkTestTools.h"
 #include "Index/IkDataTempMerger.h"
+#include "Index/IkIndexImpl.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkIndexer.h"
+#include "Index/IkLocalIndexBinder.h"
+#include "Index/IkTranspose.h"
+#include "Index/IkTransposeCreator.h"
+#include "Index/IkWordTable.h"
+#include "Tool/SysTools.h"
 #include "Word.h"
 
 namespace vandrelle {
@@ -90,6 +99,46 @@ TEST(IkDataMerger, WordsOfTheSameDocumentsGiveTheWholeIndex) {
     merger.makeIndex();
   }
   expectSameIndex(merged, whole);
+}
+
+// Word and value of each entry of a document's digest, "word/value " each.
+std::string digestOf(const std::string& root, int doc) {
+  IkLocalIndexBinder binder(root.c_str(), nullptr);
+  IkTranspose* const digests = binder.transpose();
+  std::string text;
+  for (int i = 0; i < digests->digestSize(); ++i) {
+    const WmWord* word = binder.wordTable()->word(digests->wordNum(doc, i));
+    const int value = digests->wordValue(doc, i);
+    if (value == 0) continue;
+    text.append(word->letters(), static_cast<std::size_t>(word->num_letters()));
+    text += "/" + std::to_string(value) + " ";
+  }
+  return text;
+}
+
+TEST(IkIndexImpl, MergesIndexesWithTheirDigests) {
+  const std::string whole = indexOf("wholetrp", 0, 5, 0, everyWord);
+  const std::string roots[] = {indexOf("firsttrp", 0, 2, 0, everyWord),
+                               indexOf("secondtrp", 3, 5, 0, everyWord)};
+  std::unique_ptr<FdBag> bag(Fd::Queue());
+  for (const std::string& root : roots) {
+    IkTransposeCreator(root.c_str()).makeIndex();
+    bag->insert(root.c_str(), static_cast<int>(root.size()) + 1, nullptr, 0);
+  }
+  const std::string merged = testing::TempDir() + "mergedtrp";
+  IkIndexImpl index;
+  index.name(merged.c_str());
+  index.mergeAdditive(bag.get(), 1, nullptr);
+  for (const char* suffix : {".dat", ".key", ".norm", ".prx"}) {
+    EXPECT_EQ(bytesOf(merged + suffix), bytesOf(whole + suffix)) << suffix;
+  }
+  index.mergeTranspose(bag.get());
+  EXPECT_EQ(bytesOf(merged + ".trp").size(), 6u * 32 * 6);
+  for (int doc = 0; doc < 6; ++doc) {
+    EXPECT_EQ(digestOf(merged, doc), digestOf(roots[doc / 3], doc % 3)) << doc;
+  }
+  EXPECT_FALSE(SysTools::fileExists((merged + ".tmp.0000").c_str()));
+  EXPECT_FALSE(SysTools::fileExists((merged + ".tmp.0001").c_str()));
 }
 
 // Leaves the first text of its source out.

@@ -5,12 +5,15 @@
 
 #include <string>
 
+#include "Fast/FiStemTable.h"
 #include "IkTestTools.h"
 #include "IkTinyIndex.h"
 #include "Index/IkDataFileBinder.h"
 #include "Index/IkIdfBinder.h"
 #include "Index/IkIdfCache.h"
 #include "Index/IkLocalWordTable.h"
+#include "Index/IkTranspose.h"
+#include "Index/IkUnstemmer.h"
 #include "Tool/SysTools.h"
 
 namespace vandrelle {
@@ -102,6 +105,58 @@ TEST(IkIdfCache, ForgetsAWordWhenItIsFull) {
   const StStoragePos before = binder.indexData(0, 0)->tell();
   cache->idf(*first.word());  // held: the rows aren't read again
   EXPECT_EQ(binder.indexData(0, 0)->tell(), before);
+}
+
+TEST(IkLocalIndexBinder, TellsDigestFilesByTheirSize) {
+  const std::string root = writeTinyIndex("digests", 3, kWords);
+  IkIndexInfo info;
+  info.read((root + ".info").c_str());
+  info.numDigestWords = 2;
+  info.write((root + ".info").c_str());
+  const struct {
+    std::size_t size;
+    const char* failure;
+  } cases[] = {{35, "Ik: Invalid transpose file!"},
+               {33, "Ik: Invalid transpose file!"},
+               {24, "Ik: Invalid transpose entry size!"},
+               {0, "Ik: Invalid transpose entry size!"},
+               {36, ""},
+               {30, ""}};
+  for (const auto& c : cases) {
+    std::string bytes(c.size, '\0');
+    if (!bytes.empty()) bytes[bytes.size() - 3] = 7;  // word of the last entry
+    writeBytes(root + ".trp", bytes);
+    for (int lines : {0, 4}) {
+      IkLocalIndexBinder binder(root.c_str(), nullptr);
+      binder.transposeCacheSize(lines);
+      EXPECT_EQ(thrownBy([&] { binder.transpose(); }), c.failure) << c.size;
+      if (*c.failure != '\0') continue;
+      EXPECT_EQ(binder.transpose()->wordNum(2, 1), 7) << c.size;
+    }
+  }
+  std::remove((root + ".trp").c_str());
+  IkLocalIndexBinder binder(root.c_str(), nullptr);
+  EXPECT_NE(thrownBy([&] { binder.transpose(); }), "");
+}
+
+TEST(IkUnstemmer, KeepsTheMostSignificantWords) {
+  const std::string root = writeTinyIndex("stems", 3, kWords);
+  std::remove((root + ".unstem").c_str());
+  {
+    FiStemTable table;
+    table.bind((root + ".unstem").c_str(), 1, 0);
+    for (const char* word : {"pear", "plum", "apple", "unknown"}) {
+      table.insert(*WmLocalWord("fruit").word(), *WmLocalWord(word).word(), -1);
+    }
+  }
+  IkLocalIndexBinder binder(root.c_str(), nullptr);
+  IkUnstemmer::Tree tree;
+  binder.unstemmer()->find(*WmLocalWord("fruit").word(), tree, 2);
+  EXPECT_EQ(tree.size(), 2);
+  EXPECT_TRUE(tree.top()->word == *WmLocalWord("plum").word());
+  EXPECT_TRUE(tree.bot()->word == *WmLocalWord("apple").word());
+  binder.unstemmer()->find(*WmLocalWord("none").word(), tree, 2);
+  EXPECT_EQ(tree.size(), 2);
 }
 
 TEST(IkLocalIndexBinder, CleansUpUnderTheSafePathOnly) {

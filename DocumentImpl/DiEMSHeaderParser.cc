@@ -33,11 +33,10 @@ Layout layoutOf(std::string_view head) {
 
 // The same from a file; leaves the stream behind the first line end.
 Layout skipFirstLine(std::ifstream& file) {
-  Layout layout = Layout::kLineFeeds;
-  for (int place = 0;; ++place) {
-    const int c = file.get();
+  int c = file.get();
+  const Layout layout = file.peek() == kNoticeMark ? Layout::kNotice : Layout::kLineFeeds;
+  for (;; c = file.get()) {
     if (c == kEof || c == '\n') return layout;
-    if (place == 1 && c == kNoticeMark) layout = Layout::kNotice;
     if (c == '\r' && layout != Layout::kNotice) return Layout::kReturns;
   }
 }
@@ -143,10 +142,11 @@ const char* DiEMSHeaderParser::FindNextTextLine(const char* line) const {
 char* DiEMSHeaderParser::ReadHeaders(const char* head, const char* header) const {
   const bool wantsAuthor = strcasecmp(header, "author") == 0;
   if (!wantsAuthor && strcasecmp(header, "title") != 0) return nullptr;
+  const char* const headEnd = head + std::strlen(head);
   std::string title;
   bool any = false;
   for (const char* at = FindNextTextLine(head); *at != '\0'; at = FindNextTextLine(at)) {
-    const char* lineEnd = std::find(at, at + std::strlen(at), sep_);
+    const char* lineEnd = std::find(at, headEnd, sep_);
     const char* textEnd = lineEnd;
     while (at < lineEnd && *at == '<') {
       const char* tagEnd = std::find(at, lineEnd, '>');

@@ -212,6 +212,7 @@ TEST_F(HeaderParserTest, EMSAndIDG) {
                   kWhole,
                   23,
                   {{"title", "Head"}, {"author", "Me"}}},
+                 {"notice behind a return", "\rA\nBody", kWhole, 3, {{"title", "A"}}},
                  {"empty", "", kWhole, 0, {{"title", "(null)"}}},
              });
   DiIDGHeaderParser idg(1);
@@ -230,6 +231,15 @@ TEST_F(HeaderParserTest, EMSAndIDG) {
                  {"too few lines", "one\n two\nBody", kWhole, 9, {{"title", "(null)"}}},
                  {"end of file in the header", "one\n two", kWhole, -1, {}},
              });
+}
+
+// The time for a value is linear in the header.
+TEST_F(HeaderParserTest, EMSHeaderOfManyLines) {
+  std::string text = "one\n";
+  for (int i = 0; i < 400000; ++i) text += " x\n";
+  DiEMSHeaderParser ems(1);
+  ParsedDocument parsed(ems, write("page", text));
+  EXPECT_EQ(parsed.header("author"), "(null)");
 }
 
 TEST_F(HeaderParserTest, RunTime) {

@@ -72,7 +72,7 @@ char* DcFieldParser::getFieldText(const char* fieldName, const char* fieldBuf) {
   if (!FieldToBeIndexed(fieldName, &frequency)) return nullptr;
   char* text = getSpecialFieldText(fieldName, fieldBuf);
   if (text == nullptr) text = copyText(fieldBuf);
-  if (frequency == 1) return text;
+  if (text == nullptr || frequency == 1) return text;
 
   const HeapAptr<char> once(text);
   std::string repeated;

@@ -79,7 +79,8 @@ bool DcFieldsCreator::namePosition(const char* fieldName, uint32* nampos) {
 void DcFieldsCreator::add(const char* fieldName, const char* fieldValue) {
   if (!valid_) return;
   uint32 nampos;
-  if (!namePosition(fieldName, &nampos)) {
+  // Offsets into .fld.lst have 32 bits, and the highest means "no fields".
+  if (listEnd_ > kNoFields - kRecordBytes || !namePosition(fieldName, &nampos)) {
     valid_ = false;
     return;
   }

@@ -86,7 +86,7 @@ bool DcFieldsBinder::createFastFiles(DcFieldBag* fields, DcFieldFilter* filter, 
   }
   data.close();
   nameFile.close();
-  return index.finish() && !nameFile.fail();
+  return index.finish() && !nameFile.fail() && binder.valid();
 }
 
 bool DcFieldsBinder::createFastIdx(const char* sroot, const char* droot) {

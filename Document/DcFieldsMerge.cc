@@ -59,17 +59,23 @@ bool DcFieldsCreator::permute(const std::function<uint32(uint32)>& perm, const c
   const std::vector<char> entries{std::istreambuf_iterator<char>(in), {}};
   if (entries.size() % kPtrBytes != 0) return false;
   const uint32 count = static_cast<uint32>(entries.size() / kPtrBytes);
+  std::vector<char> permuted;
+  permuted.reserve(entries.size());
+  for (uint32 i = 0; i < count; ++i) {
+    const uint32 from = perm(i);
+    if (from >= count) return false;
+    const char* entry = &entries[std::size_t{from} * kPtrBytes];
+    permuted.insert(permuted.end(), entry, entry + kPtrBytes);
+  }
   TempFnameCreator names(path.c_str());
   const HeapAptr<char> temporary(names.fname());
   if (!temporary) return false;
   std::ofstream out(temporary.get(), std::ios::binary | std::ios::trunc);
-  for (uint32 i = 0; i < count; ++i) {
-    const uint32 from = perm(i);
-    if (from >= count) return false;
-    out.write(&entries[std::size_t{from} * kPtrBytes], kPtrBytes);
-  }
+  out.write(permuted.data(), static_cast<std::streamsize>(permuted.size()));
   out.close();
-  return !out.fail() && std::rename(temporary.get(), path.c_str()) == 0;
+  if (!out.fail() && std::rename(temporary.get(), path.c_str()) == 0) return true;
+  std::remove(temporary.get());
+  return false;
 }
 
 bool DcFieldsCreator::copy(const char* src_root, const char* dst_root) {

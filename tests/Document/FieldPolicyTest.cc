@@ -43,6 +43,8 @@ TEST(DcFieldParser, WeightsOfFieldTexts) {
   EXPECT_EQ(taken(parser.getFieldText("twice", "a b")), "a b a b ");
   EXPECT_EQ(taken(parser.getFieldText("never", "a b")), "");
   EXPECT_EQ(taken(parser.getFieldText("other", "a b")), "(null)");
+  // A filter of the field database may answer null.
+  EXPECT_EQ(taken(parser.getFieldText("twice", nullptr)), "(null)");
   parser.AddFieldToBeIndexed("::all", 5);
   EXPECT_EQ(taken(parser.getFieldText("twice", "a b")), "a b");
   EXPECT_EQ(taken(parser.getFieldText("other", "a b")), "a b");

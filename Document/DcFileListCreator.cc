@@ -186,15 +186,18 @@ int DcFileListCreator::AddDirFiles(const char* dirpath) {
 void DcFileListCreator::Remove(const char* fileName, long* low, long* high) {
   const long number = reader_ != nullptr ? reader_->nameInfo(fileName, low, high, nullptr) : -1;
   if (number == -1) *low = -1;
-  if (*low < 0) return;
-  char fileNumber[4];
-  int size = sizeof fileNumber;
-  tempList_->remove(fileName, keySize(fileName), fileNumber, &size);
-  char removed[4];
-  storeS32(removed, -1);
+  if (number == -1) return;
+  // Reading has moved the stream, which goes on at its end in any case.
   ptrList_->clear();
-  ptrList_->seekp(number * 8);
-  ptrList_->write(removed, sizeof removed);
+  if (*low >= 0) {
+    char fileNumber[4];
+    int size = sizeof fileNumber;
+    tempList_->remove(fileName, keySize(fileName), fileNumber, &size);
+    char removed[4];
+    storeS32(removed, -1);
+    ptrList_->seekp(number * 8);
+    ptrList_->write(removed, sizeof removed);
+  }
   ptrList_->seekp(0, std::ios::end);
 }
 

@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <cstring>
+#include <iomanip>
 
 #include "Fun/FdBag.h"
 #include "Fun/FdDBMManager.h"
@@ -87,10 +88,10 @@ char* DcFileListReader::readName() {
     oldDirOffset_ = dirOffset;
     dirName_.clear();
     readAt(*dirList_, dirOffset);
-    *dirList_ >> dirName_;
+    *dirList_ >> std::setw(PATH_MAX) >> dirName_;
   }
   std::string name;
-  *fileList_ >> name;
+  *fileList_ >> std::setw(PATH_MAX) >> name;
   if (relative) name.insert(0, dirName_);
   char* copy = new char[name.size() + 1];
   std::memcpy(copy, name.c_str(), name.size() + 1);

@@ -12,8 +12,10 @@
 #include "Document/DcFieldParser.h"
 #include "Document/DcManager.h"
 #include "Document/DcMetaIndexCreator.h"
+#include "Driver/DriverOptions.h"
 #include "Driver/ExclusionFile.h"
 #include "Driver/InputFile.h"
+#include "Driver/SidePasses.h"
 #include "Driver/VymFieldFinder.h"
 #include "Exception.h"
 #include "Fun/FdWrapper.h"
@@ -24,22 +26,10 @@
 namespace vandrelle {
 namespace {
 
-constexpr int kHtml = 1;
-constexpr int kText = 2;
-constexpr int kPdf = 4;
-constexpr int kCustom = 16;
-
 constexpr int kTextType = 1;
 constexpr int kPdfType = 15;
 constexpr int kCustomType = 16;
 constexpr int kHtmlType = 2048;
-
-// The field database does not extend what an earlier run left.
-void removeOldFields(NameManager* rootName) {
-  for (const char* suffix : {".fld.nam", ".fld.val", ".fld.ptr", ".fld.lst"}) {
-    SysTools::removeFile(rootName->suffix(suffix));
-  }
-}
 
 void readExclusions(DcMetaIndexCreator* imgr, const char* path) {
   excludeObj entries(path);
@@ -93,16 +83,18 @@ DcMetaIndexCreator* INDEX_CREATOR(const char* rootname, int mode, const char* ex
   imgr->excludeBadEndings();
   // Any name with a dot and then "htm" somewhere behind it counts as HTML.
   for (const char* pattern : {"\\..*htm.*$", "\\..*HTM.*$"}) {
-    addOrExclude(imgr, pattern, (mode & kHtml) != 0, kHtmlType);
+    addOrExclude(imgr, pattern, (mode & kIndexHtml) != 0, kHtmlType);
   }
   for (const char* pattern : {"\\.pdf$", "\\.PDF$"}) {
-    addOrExclude(imgr, pattern, (mode & kPdf) != 0, kPdfType);
+    addOrExclude(imgr, pattern, (mode & kIndexPdf) != 0, kPdfType);
   }
-  if ((mode & kCustom) != 0 && SysTools::fileExists(NameManager(rootname, 20).suffix(".cus"))) {
+  if ((mode & kIndexCustom) != 0 &&
+      SysTools::fileExists(NameManager(rootname, 20).suffix(".cus"))) {
     imgr->addDataType("\\.cus$", kCustomType, 1);
     imgr->addDataType("\\.CUS$", kCustomType, 1);
   }
-  if ((mode & kText) != 0) imgr->addDataType(".*", kTextType, static_cast<char>(mode & kText));
+  if ((mode & kIndexText) != 0)
+    imgr->addDataType(".*", kTextType, static_cast<char>(mode & kIndexText));
   imgr->DoneWithDataTypes();
   return imgr;
 }
@@ -117,7 +109,7 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
           "You must designate files to be indexed using -flist, -ulist, or provide them on the "
           "command line.");
   }
-  removeOldFields(rootName);
+  removeFieldFiles(rootName);
   LOG(2, 1, "Building document index...");
   LOG(1, 1, "Building document index...");
   logger->stream(1, nullptr);

@@ -28,9 +28,8 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
                         TkStemmer* stemmer, DcUserTypes* types);
 
 // A new index creator that knows what to take and as which type; the caller owns
-// it. `mode` has bit 1 for HTML, 2 for text, 4 for PDF, 16 for custom types;
-// `exclude`, the path of an exclusion file, may be null. Throws _Exception_IO when
-// that file cannot be opened.
+// it. `mode` has the bits of ModeMask; `exclude`, the path of an exclusion file,
+// may be null. Throws _Exception_IO when that file cannot be opened.
 DcMetaIndexCreator* INDEX_CREATOR(const char* rootname, int mode, const char* exclude,
                                   DcUserTypes* types);
 

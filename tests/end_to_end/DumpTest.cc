@@ -13,6 +13,8 @@
 namespace vandrelle::test {
 namespace {
 
+const std::string kTables = VANDRELLE_BIN_DIR "/../table/";
+
 class DumpTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -33,7 +35,8 @@ class DumpTest : public ::testing::Test {
     write(*folder_ / "pages/d.html", many + "</body></html>");
     const ProgramRun built =
         run(*folder_, "vandrelleIndex",
-            {"-R", root(), "-html", "-fsum", *folder_ / "pages/a.html", *folder_ / "pages/b.html",
+            {"-R", root(), "-html", "-fsum", "-stem", kTables + "stem.tbl", "-stop",
+             kTables + "stop", *folder_ / "pages/a.html", *folder_ / "pages/b.html",
              *folder_ / "pages/c.html", *folder_ / "pages/d.html"});
     ASSERT_EQ(built.status, 0) << built.errors;
     ASSERT_EQ(built.output, "");

@@ -41,6 +41,8 @@ constexpr int kSuffixLength = 20;
 constexpr int kSummarySize = 400;
 constexpr float kProgressStep = 0.1f;
 constexpr std::size_t kPreflightBytes = 2000000;
+constexpr const char* kDefaultStemTable = "/Vandrelle/table/stem.tbl";
+constexpr const char* kDefaultStopKeys = "/Vandrelle/table/stop.key";
 
 void reportDescriptorProblem() {
   std::cout << "VANDRELLEERROR: Problem raising descriptor limit.\n";
@@ -78,6 +80,7 @@ class Run {
   bool findRoot();
   void openLogs();
   void makeTools();
+  void makeRealStemmer();
   int transposeOnly();
   int buildIndex();
   void listDocuments(DcUserTypes* types);
@@ -171,9 +174,27 @@ void Run::makeTools() {
   // Documents are always read through the null stemmer: the index holds words as
   // they stand. The real one serves summaries and the unstemming table.
   stemmer_.reset(TkManager::NullStemmer());
+  makeRealStemmer();
   indexer_.reset(IkIndex::index(root_.c_str()));
   indexer_->showProgress(kProgressStep);
   indexer_->recordProximity(0);
+}
+
+void Run::makeRealStemmer() {
+  const char* stem = value("stemmer");
+  const char* stop = value("stopper");
+  // Tables that the user names must be there. Where none is named and none is
+  // installed, the words can be indexed all the same.
+  if ((stem == nullptr && !SysTools::fileExists(kDefaultStemTable)) ||
+      (stop == nullptr && !SysTools::fileExists(kDefaultStopKeys))) {
+    LOG(0, 0,
+        "No stem and stop tables are installed in /Vandrelle/table and none are named with -stem "
+        "and -stop: the unstemming table is left out");
+    return;
+  }
+  std::unique_ptr<TkStemmerImpl> made(TkManager::NewStemmer(stem, stop));
+  made->numberPolicy(0);
+  realStemmer_ = std::move(made);
 }
 
 int Run::transposeOnly() {
@@ -247,7 +268,7 @@ void Run::testDisk(long corpusSize) {
 void Run::closingPasses(int docs) {
   LOG(2, 1, "Building fast field index...");
   if (CREATE_FAST_FILES(&rootname_) == 0) THROW(Fatal, "Error creating fast field index.");
-  if (!realStemmer_) return;
+  if (!realStemmer_) return;  // told in the log at the start
   LOG(2, 1, "Building unstemming table...");
   if (CREATE_UNSTEM_INDEX(&rootname_, realStemmer_.get(), docs) == 0) {
     THROW(Fatal, "Error creating unstemming table.");

@@ -143,6 +143,9 @@ QaBinder* IkLocalIndexBinder::queryAccelBinder(int) { return nullptr; }
 
 IkTranspose* IkLocalIndexBinder::transpose() {
   if (transpose_ != nullptr) return transpose_.get();
+  if (info()->totalNumChunks < 0 || info()->numDigestWords < 0) {
+    THROW(Ik, "Invalid transpose file!");
+  }
   auto transpose = std::make_unique<IkTranspose>(info()->totalNumChunks, info()->numDigestWords);
   const std::string filename = name_.suffix(".trp");
   if (transposeCacheSize_ != 0 && !SysTools::fileExists(filename.c_str())) {

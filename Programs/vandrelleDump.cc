@@ -5,6 +5,9 @@
 //   vandrelleDump -R root row WORD         the documents of a word, with frequencies
 //   vandrelleDump -R root docs             one line per document
 //   vandrelleDump -R root doc N            all about one document
+//   vandrelleDump -R root fields N         its stored fields: name and value
+//   vandrelleDump -R root digest N         its weightiest words: score, number, word
+//   vandrelleDump -R root stem STEM        the words behind a stem, with idf
 //
 // The exit status is 0, or 1 after one line on the error stream: a missing or
 // damaged index, an unknown word or document, a command that does not exist.
@@ -16,6 +19,7 @@
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -32,6 +36,8 @@
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkLocalWordTable.h"
 #include "Index/IkSimilarity.h"
+#include "Index/IkTranspose.h"
+#include "Index/IkUnstemmer.h"
 #include "KeyFile.h"
 #include "Token/TkStemmer.h"
 #include "Tool/CommandLine.h"
@@ -45,7 +51,9 @@ namespace {
 EXCEPTION_FAMILY(Dump);
 
 constexpr const char* kUsage =
-    "usage: vandrelleDump -R root [words [prefix] | row WORD | docs | doc N]";
+    "usage: vandrelleDump -R root [words [prefix] | row WORD | docs | doc N | fields N | digest N "
+    "| "
+    "stem STEM]";
 
 // Readers log some damage and go on; here it counts as a failure.
 class FailureReport : public VandrelleLog {
@@ -194,6 +202,63 @@ void showRow(IkLocalIndexBinder& binder, const char* text) {
   });
 }
 
+// One line a field; the number of lines.
+int showFields(DcFieldsBinder& fields) {
+  int count = 0;
+  for (DcFieldInfo field; fields.getField(field); ++count) {
+    std::cout << std::left << std::setw(9) << printable(field.name.get()) << ' ' << std::right
+              << printable(field.value.get()) << '\n';
+  }
+  return count;
+}
+
+void showFieldsOf(const char* root, int number) {
+  DcFieldsBinder fields(root);
+  if (!fields.valid()) THROW(Dump, "the index has no fields that can be read");
+  if (!fields.gotoDoc(number)) THROW(Dump, "no fields are stored for a document " << number);
+  if (showFields(fields) == 0) {
+    THROW(Dump, "the fields of document " << number << " can't be read");
+  }
+}
+
+void showDigest(IkLocalIndexBinder& binder, int number) {
+  IkTranspose& digests = *binder.transpose();
+  if (number >= digests.numDocs()) THROW(Dump, "the index has no digest of document " << number);
+  struct Release {
+    void operator()(IkTransposeWords* words) const { ::operator delete(words); }
+  };
+  const std::unique_ptr<IkTransposeWords, Release> words(digests.allWords(number, nullptr));
+  // By falling score; an entry that isn't in use has none, and the rest haven't either.
+  for (int i = 0; i < words->numWords() && words->word_score(i) > 0; ++i) {
+    const WmWord* word = binder.wordTable()->word(words->word_num(i));
+    if (word == nullptr) {
+      THROW(Dump, "the digest of document " << number << " leads to a word " << words->word_num(i)
+                                            << ", which the index hasn't got");
+    }
+    std::cout << std::setw(8) << std::fixed << std::setprecision(5) << words->word_score(i)
+              << std::setw(8) << words->word_num(i) << "  " << printable(*word) << '\n';
+  }
+}
+
+void showStem(IkLocalIndexBinder& binder, const char* text) {
+  if (std::strlen(text) > WmWord::kMaxLetters) {
+    THROW(Dump, "no words are stored for a stem '" << text << "'");
+  }
+  const WmLocalWord stem(text);
+  IkUnstemmer::Tree words;
+  binder.unstemmer()->find(*stem, words, std::numeric_limits<int>::max());
+  if (words.size() == 0) THROW(Dump, "no words are stored for a stem '" << text << "'");
+  for (auto entries = words.iterator(); entries.more(); entries.next()) {
+    const IkUnstemmerTableData& entry = entries.data();
+    if (binder.wordTable()->wordNum(entry.word.word()) < 0) {
+      THROW(Dump, "the unstemming table names '" << printable(*entry.word)
+                                                 << "', which the index hasn't got");
+    }
+    std::cout << std::left << std::setw(24) << printable(*entry.word) << std::right << std::setw(10)
+              << std::fixed << std::setprecision(4) << entry.idf << '\n';
+  }
+}
+
 // The document list beside the weights that the word index has for it.
 class Documents {
  public:
@@ -256,11 +321,7 @@ void Documents::showAll(int number) {
     std::cout << ", about " << std::lround(1.0 / (decoded * decoded)) << " characters of words";
   }
   std::cout << "\nlength    " << std::fixed << std::setprecision(3) << vectorLength(number) << '\n';
-  if (!fields_.valid() || !fields_.gotoDoc(number)) return;
-  for (DcFieldInfo field; fields_.getField(field);) {
-    std::cout << std::left << std::setw(9) << printable(field.name.get()) << ' ' << std::right
-              << printable(field.value.get()) << '\n';
-  }
+  if (fields_.valid() && fields_.gotoDoc(number)) showFields(fields_);
 }
 
 int documentNumber(const char* text) {
@@ -292,6 +353,12 @@ void dump(const CommandLine& options) {
     for (int number = 0; number < documents.count(); ++number) documents.showLine(number);
   } else if (name == "doc" && arguments == 1) {
     Documents(root.c_str(), binder).showAll(documentNumber(argument));
+  } else if (name == "fields" && arguments == 1) {
+    showFieldsOf(root.c_str(), documentNumber(argument));
+  } else if (name == "digest" && arguments == 1) {
+    showDigest(binder, documentNumber(argument));
+  } else if (name == "stem" && arguments == 1) {
+    showStem(binder, argument);
   } else {
     THROW(Dump, kUsage);
   }

@@ -51,9 +51,10 @@ struct ProgramRun {
 };
 
 // Runs `program` of the build with no standard input, at most 30 seconds, with
-// its two streams caught in `scratch`.
+// its two streams caught in `scratch` and VANDRELLE_CONFIG set to `configuration`.
 inline ProgramRun run(const TemporaryFolder& scratch, const std::string& program,
-                      const std::vector<std::string>& arguments) {
+                      const std::vector<std::string>& arguments,
+                      const std::string& configuration = "/nonexistent") {
   const std::string path = VANDRELLE_BIN_DIR "/" + program;
   const std::string output = scratch / "stdout";
   const std::string errors = scratch / "stderr";
@@ -63,7 +64,7 @@ inline ProgramRun run(const TemporaryFolder& scratch, const std::string& program
     // what the sanitizers do find must not look like an exit of the program's own.
     setenv("ASAN_OPTIONS", "detect_leaks=0:exitcode=99", 1);
     setenv("UBSAN_OPTIONS", "exitcode=99", 1);
-    setenv("VANDRELLE_CONFIG", "/nonexistent", 1);
+    setenv("VANDRELLE_CONFIG", configuration.c_str(), 1);
     alarm(30);
     if (std::freopen("/dev/null", "r", stdin) == nullptr ||
         std::freopen(output.c_str(), "w", stdout) == nullptr ||

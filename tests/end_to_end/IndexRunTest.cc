@@ -1,0 +1,370 @@
+// vandrelleIndex as a user runs it, from the options to what the index holds.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <set>
+#include <sstream>
+
+#include "Document/DcFieldsBinder.h"
+#include "Document/DcMetaDocManager.h"
+#include "Driver/VymTypes.h"
+#include "Index/IkDataFileBinder.h"
+#include "Index/IkLocalIndexBinder.h"
+#include "Index/IkWordTable.h"
+#include "KeyFile.h"
+#include "Token/TkStemmer.h"
+#include "Tool/HeapText.h"
+#include "end_to_end/ProgramRun.h"
+
+namespace vandrelle::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
+
+const std::string kStem = std::string(VANDRELLE_BIN_DIR) + "/../table/stem.tbl";
+const std::string kStop = std::string(VANDRELLE_BIN_DIR) + "/../table/stop";
+
+Texts operator+(Texts first, const Texts& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+// The contents of all files whose paths begin with `root`, by suffix.
+std::map<std::string, std::string> filesOf(const std::string& root) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : fs::directory_iterator(fs::path(root).parent_path())) {
+    const std::string name = entry.path();
+    if (name.compare(0, root.size(), root) == 0) {
+      files[name.substr(root.size())] = contentsOf(name);
+    }
+  }
+  return files;
+}
+
+// What differs from run to run.
+std::map<std::string, std::string> withoutLogs(std::map<std::string, std::string> files) {
+  for (const char* suffix : {".log", ".prog", ".size"}) files.erase(suffix);
+  return files;
+}
+
+Texts filesBelow(const std::string& folder) {
+  Texts names;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file()) names.push_back(entry.path());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+class IndexRunTest : public ::testing::Test {
+ protected:
+  IndexRunTest() {
+    write(site("bread.html"),
+          "<html><head><title>Ovens</title>\n<meta name=\"description\" content=\"All about "
+          "bread\">\n</head><body>The baker bakes bread. Bread bakes slowly.</body></html>");
+    write(site("tides.html"),
+          "<html><head><title>Tides\nand moons</title></head><body><!-- smugglers -->\n<p>The sea "
+          "comes in. Then the sea goes out. Nobody is surprised by this.</body></html>");
+    write(site("below/plain.htm"), "<p>Bridges cross the river.</p><p>Boats cross it too.</p>");
+    // Long enough for the binary test: a shorter file is judged together with
+    // what the test has left from the file before it.
+    write(site("notes.txt"), "Plain notes on bread.\n" + std::string(1024, ' ') + "And boats.\n");
+    write(site("bread.html~"), "<p>A leftover of an editor.");
+    write(site(".secret.html"), "<p>A hidden file.");
+    write(site("VD-list.html"), "<p>A generated page.");
+    write(site("picture.jpeg"), "<p>No picture, but named like one.");
+    write(site("bytes.bin"), std::string(1024, '\1'));
+    fs::create_directories(folder_ / "out");
+  }
+
+  std::string path(const std::string& name) const { return folder_ / name; }
+  std::string site(const std::string& name) const { return folder_ / ("site/" + name); }
+  std::string root() const { return folder_ / "out/index"; }
+
+  ProgramRun index(const Texts& arguments, const std::string& configuration = "/nonexistent") {
+    return run(folder_, "vandrelleIndex", arguments, configuration);
+  }
+  // A run that must end well and in silence.
+  void build(const Texts& arguments, const std::string& configuration = "/nonexistent") {
+    const ProgramRun result = index(arguments, configuration);
+    ASSERT_EQ(result.status, 0) << result.errors;
+    ASSERT_EQ(result.output, "");
+    ASSERT_EQ(result.errors, "");
+  }
+
+  // Names of the documents, those of the site without their folder, sorted.
+  Texts documents() {
+    TkPassStem stemmer;
+    VymTypes types(root().c_str(), 0);
+    DcMetaDocManager manager(root().c_str(), &stemmer, nullptr, &types);
+    Texts names;
+    for (int i = 0; i < manager.numDocuments(); ++i) {
+      const HeapAptr<char> name(manager.numToName(i));
+      names.push_back(name.get());
+      if (names.back().rfind(site(""), 0) == 0) names.back().erase(0, site("").size());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  bool holds(const char* word) {
+    return IkLocalIndexBinder(root().c_str(), nullptr)
+               .wordTable()
+               ->wordNum(WmLocalWord(word).word()) >= 0;
+  }
+
+  // A field of each document, sorted.
+  Texts field(const char* name) {
+    DcFieldsBinder fields(root().c_str());
+    Texts values;
+    for (int i = 0; i < fields.numDocuments(); ++i) {
+      const HeapAptr<char> value(fields.retrieve(i, name));
+      values.push_back(value ? value.get() : "(none)");
+    }
+    std::sort(values.begin(), values.end());
+    return values;
+  }
+
+  TemporaryFolder folder_;
+};
+
+// All frequencies of all rows of an index, added up.
+long occurrences(const std::string& root) {
+  IkLocalIndexBinder binder(root.c_str(), nullptr);
+  IkDataFileBinder& rows = *binder.indexData(0, 0);
+  long total = 0;
+  for (int number = 0; const WmWord* word = binder.wordTable()->word(number); ++number) {
+    StStoragePos position;
+    EXPECT_TRUE(binder.wordTable()->lookup(WmLocalWord(*word).word(), position));
+    rows.seek(position);
+    rows.unpackPairs([&](int, int frequency) { total += frequency; });
+  }
+  return total;
+}
+
+// The log: how many documents it says were indexed, of how many terms together.
+std::pair<int, long> indexedByLog(const std::string& log) {
+  std::istringstream lines(log);
+  int documents = 0;
+  long terms = 0;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.rfind("Indexed ", 0) != 0) continue;
+    ++documents;
+    terms += std::stol(line.substr(line.rfind(", ") + 2));
+  }
+  return {documents, terms};
+}
+
+TEST_F(IndexRunTest, ANormalRunLeavesTheWholeFamilyAndNothingElse) {
+  const std::set<std::string> family = {
+      ".info",     ".key",  ".ptr",  ".dat",    ".idf",  ".sum",  ".norm",
+      ".norm.raw", ".ver",  ".trp",  ".fdat",   ".fidx", ".fnam", ".idx",
+      ".log",      ".prog", ".size", ".unstem", ".lst",  ".lpt",  "_one.idx"};
+  const struct {
+    std::string folder;
+    int documents;  // 0: as many as there are
+  } sites[] = {{path("site"), 4}, {VANDRELLE_SOURCE_DIR "/examples/site", 0}};
+  for (const auto& one : sites) {
+    // A list, since a folder is walked in the order of the file system.
+    std::string list;
+    for (const std::string& name : filesBelow(one.folder)) list += name + "\n";
+    write(path("list"), list);
+    std::map<std::string, std::string> runs[2];
+    for (int i = 0; i < 2; ++i) {
+      fs::remove_all(folder_ / "out");
+      fs::create_directories(folder_ / "out");
+      build({"-R", root(), "-html", "-text", "-fsum", "-stem", kStem, "-stop", kStop, "-flist",
+             path("list")});
+      runs[i] = filesOf(root());
+    }
+    std::set<std::string> found;
+    for (const auto& [suffix, bytes] : runs[0]) {
+      found.insert(suffix);
+      EXPECT_NE(bytes, "") << suffix;
+    }
+    EXPECT_EQ(found, family);
+    for (const auto& [suffix, bytes] : withoutLogs(runs[0])) {
+      EXPECT_TRUE(bytes == runs[1][suffix]) << suffix << " differs between two runs";
+    }
+    EXPECT_EQ(runs[0][".size"], runs[1][".size"]);
+
+    const auto [documents, terms] = indexedByLog(runs[0][".log"]);
+    EXPECT_EQ(documents, one.documents == 0 ? documents : one.documents);
+    EXPECT_EQ(runs[0][".norm"].size(), static_cast<std::size_t>(documents));
+    EXPECT_EQ(occurrences(root()), terms);
+    const std::string closing = "\nIndexing Completed.  Total Docs: " + std::to_string(documents) +
+                                ", Total Size: " + runs[0][".size"] + "K\nElapsed time: ";
+    for (const char* log : {".log", ".prog"}) {
+      EXPECT_NE(runs[0][log].find(closing), std::string::npos) << runs[0][log];
+      EXPECT_EQ(runs[0][log].substr(runs[0][log].size() - 2), "\n\n");
+    }
+    EXPECT_EQ(runs[0][".prog"].rfind("Building document index...\nIndexing, stage 1\n", 0), 0u)
+        << runs[0][".prog"];
+  }
+}
+
+// Which documents and words a run takes in.
+TEST_F(IndexRunTest, OptionsChooseDocumentsAndWords) {
+  write(path("only-notes"), "notes\\.txt$ TEXT\n");
+  write(path("no-tides"), "tides\n");
+  write(path("text.conf"), "-text -mwords 5\n-nostem\n");
+  write(path("root.conf"), root() + "\n-comments");
+  write(path("users"), site("below") + "\n" + site("notes.txt"));
+  const Texts pages{"below/plain.htm", "bread.html", "tides.html"};
+  const Texts named{"-R", root(), path("site")};
+  const struct {
+    Texts arguments;
+    std::string configuration;
+    Texts documents;
+    std::map<const char*, bool> words;
+  } cases[] = {
+      {named, "/nonexistent", pages, {{"ovens", true}, {"moons", true}, {"smugglers", false}}},
+      {named + Texts{"-pdf", "-oldstem", "-unlimit", "-text", "-bufsize", "9", "-mdocs", "-html"},
+       "/nonexistent",
+       pages,
+       {{"notes", false}, {"leftover", false}, {"hidden", false}, {"generated", false}}},
+      {named + Texts{"-comments"}, "/nonexistent", pages, {{"smugglers", true}}},
+      {named + Texts{"-text"}, "/nonexistent", {"notes.txt"}, {{"notes", true}}},
+      {named + Texts{"-html", "-text"},
+       "/nonexistent",
+       {"below/plain.htm", "bread.html", "notes.txt", "tides.html"},
+       {{"picture", false}}},
+      {named + Texts{"-excl", path("only-notes")}, "/nonexistent", {"notes.txt"}, {}},
+      {named + Texts{"-html", "-excl", path("no-tides")},
+       "/nonexistent",
+       {"below/plain.htm", "bread.html"},
+       {{"moons", false}}},
+      {named + Texts{"-C", path("text.conf")}, "/nonexistent", {"notes.txt"}, {}},
+      {named, path("text.conf"), {"notes.txt"}, {}},
+      {named + Texts{"-C", path("none")}, path("text.conf"), pages, {}},
+      // Positional words of the configuration come first: this one is the root.
+      {{path("site")}, path("root.conf"), pages, {{"smugglers", true}}},
+      {{"-html", "-text", root(), "-ulist", path("users")},
+       "/nonexistent",
+       {"below/plain.htm", "notes.txt"},
+       {}},
+  };
+  for (const auto& one : cases) {
+    std::string told = one.configuration;
+    for (const std::string& argument : one.arguments) told += ' ' + argument;
+    SCOPED_TRACE(told);
+    build(one.arguments, one.configuration);
+    EXPECT_EQ(documents(), one.documents);
+    for (const auto& [word, present] : one.words) EXPECT_EQ(holds(word), present) << word;
+  }
+}
+
+TEST_F(IndexRunTest, FieldsOfTheDocuments) {
+  write(path("map"), "http://shop/ " + site("bread") + "\nhttp://web/ " + site("") + "\n");
+  const Texts named{"-R", root(), path("site"), "-mapfile", path("map")};
+  build(named);
+  EXPECT_EQ(field("title"), (Texts{"(Untitled)", "Ovens", "Tides and moons"}));
+  EXPECT_EQ(field("url"),
+            (Texts{"http://shop/.html", "http://web/below/plain.htm", "http://web/tides.html"}));
+  EXPECT_EQ(field("summary"), Texts(3, "(No Summary)"));
+  build(named + Texts{"-fsum", "-nss", "1"});
+  const Texts summaries = field("summary");
+  EXPECT_EQ(summaries[0], " All about bread");
+  EXPECT_EQ(summaries[1], "Bridges cross the river.  ");
+  EXPECT_EQ(summaries[2], "The sea comes in.  ");
+}
+
+TEST_F(IndexRunTest, RunsThatBuildNothing) {
+  const struct {
+    Texts arguments;
+    int status;
+    std::string output;
+  } cases[] = {
+      {{"-v"}, 0, "Ombrel v1.1P1\n"},
+      {{"-v", "-pidfile", path("pid"), "-R", root()}, 0, "Ombrel v1.1P1\n"},
+      {{}, 255, "VANDRELLEERROR: Must specify root index filename\n"},
+      {{"-html", "-fsum"}, 255, "VANDRELLEERROR: Must specify root index filename\n"},
+      {{"-R", root(), "-sumfile"}, 255, ""},
+      {{"-v", "-pidfile", path("none/pid")},
+       0,
+       "VANDRELLEERROR: Fatal: Could not open " + path("none/pid") + "for writing. ["},
+      {{"-R", root()},
+       0,
+       "VANDRELLEERROR: Fatal: You must designate files to be indexed using -flist, -ulist, or "
+       "provide them on the command line. ["},
+      {{root(), "-flist", path("none")},
+       0,
+       "VANDRELLEERROR: Fatal: Coudn't open filelist '" + path("none") + "'. ["},
+      {{root(), "-ulist", path("none")},
+       0,
+       "VANDRELLEERROR: Fatal: Coudn't open user list '" + path("none") + "'. ["},
+      {{root(), path("site"), "-excl", path("none")},
+       0,
+       "VANDRELLEERROR: IO: File " + path("none") + "cannot be opened for reading. ["},
+      {{root(), path("site"), "-mapfile", path("none")},
+       0,
+       "VANDRELLEERROR: Fatal: Mapfile " + path("none") + "could not be opened. ["},
+      {{root(), "-transpose"}, 0, "VANDRELLEERROR: "},
+  };
+  for (const auto& one : cases) {
+    std::string told;
+    for (const std::string& argument : one.arguments) told += ' ' + argument;
+    SCOPED_TRACE(told);
+    fs::remove_all(folder_ / "out");
+    fs::create_directories(folder_ / "out");
+    const ProgramRun result = index(one.arguments);
+    EXPECT_EQ(result.status, one.status);
+    EXPECT_EQ(result.output.rfind(one.output, 0), 0u) << result.output;
+    EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), !one.output.empty());
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(filesOf(root()).count(".dat"), 0u);
+    if (one.status != 0 || one.arguments[0] == "-v") {
+      EXPECT_TRUE(fs::is_empty(folder_ / "out"));
+    }
+  }
+  EXPECT_GT(std::stol(contentsOf(path("pid"))), 0);
+  EXPECT_EQ(contentsOf(path("pid")).find_first_not_of("0123456789"), std::string::npos);
+}
+
+TEST_F(IndexRunTest, LaterRunsOnAFinishedIndex) {
+  build({"-R", root(), path("site"), "-fsum"});
+  const std::map<std::string, std::string> built = withoutLogs(filesOf(root()));
+  fs::remove(root() + ".trp");
+  build({"-R", root(), "-transpose"});
+  EXPECT_EQ(contentsOf(root() + ".prog"),
+            "Building transpose table...\nTranspose table completed.\n");
+  EXPECT_TRUE(withoutLogs(filesOf(root())) == built);
+
+  // Digests that cannot be made leave all as it was.
+  fs::rename(root() + ".sum", path("sum"));
+  const auto before = withoutLogs(filesOf(root()));
+  const ProgramRun failed = index({"-R", root(), "-transpose"});
+  EXPECT_EQ(failed.status, 0);
+  EXPECT_EQ(failed.output.rfind(
+                "VANDRELLEERROR: Ik: Can't bind to .sum file during transpose creation [", 0),
+            0u)
+      << failed.output;
+  EXPECT_EQ(std::count(failed.output.begin(), failed.output.end(), '\n'), 1);
+  EXPECT_TRUE(withoutLogs(filesOf(root())) == before);
+  fs::rename(path("sum"), root() + ".sum");
+
+  // The flat summaries, and not a log line about them.
+  const auto logged = filesOf(root());
+  build({"-R", root(), "-sumfile"});
+  auto after = filesOf(root());
+  std::string map, flat = "*";
+  DcFieldsBinder fields(root().c_str());
+  ASSERT_EQ(fields.numDocuments(), 3);
+  for (int i = 0; i < 3; ++i) {
+    map += {'\0', '\0', static_cast<char>(flat.size() >> 8), static_cast<char>(flat.size())};
+    flat += HeapAptr<char>(fields.retrieve(i, "summary")).get();
+    flat += '\0';
+  }
+  EXPECT_TRUE(after[".sum.map"] == map);
+  EXPECT_EQ(after[".sum.idx"], flat);
+  after.erase(".sum.map");
+  after.erase(".sum.idx");
+  EXPECT_TRUE(after == logged);
+}
+
+}  // namespace
+}  // namespace vandrelle::test

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Index/IkException.h"
 #include "Index/IkProxCreator.h"
 #include "Index/IkWordOrder.h"
 
@@ -110,6 +111,11 @@ void IkMerger::fillRow() {
                                                                    proxCreator_.get());
     }
     numPairs_ = sparseSize;
+    for (int i = 0; i < sparseSize; ++i) {
+      if (static_cast<unsigned>(pairs[i].chunk) >= static_cast<unsigned>(rowSize_)) {
+        THROW(Ik, "Read document that is too large while unpacking (" << pairs[i].chunk << ")");
+      }
+    }
   }
   const int newNum = sparseSize > 0 ? wordNum_++ : -1;
   for (int i : equalWords_) mergeData_[static_cast<std::size_t>(i)].object->newWordNumber(newNum);

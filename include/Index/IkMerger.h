@@ -43,7 +43,8 @@ class IkMerger {
   // Reads the first word of every source and goes to the first word of all.
   void reset();
   bool more() const { return word_ != nullptr; }
-  // Goes to the next word and fills the row; 0 at the end.
+  // Goes to the next word and fills the row; 0 at the end. Throws _Exception_Ik
+  // for a chunk that isn't below the row's size.
   int next();
   // The current word, null at the end. Good until the next next().
   const WmWord* word() const { return word_; }

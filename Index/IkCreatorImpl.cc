@@ -143,13 +143,15 @@ void IkCreatorImpl::logDocument(DcDocument* doc, int terms) {
 }
 
 void IkCreatorImpl::displayProgress(float fraction, float* progress) const {
-  if (!(*progress < fraction)) return;
+  // A fraction of nothing known, as in a stage that read no documents, is infinite.
+  if (!(*progress < fraction) || !std::isfinite(fraction)) return;
   char line[32];
   std::snprintf(line, sizeof line, "  %3.1f%%", static_cast<double>(*progress * 100));
   LOG(1, 1, line);
   do {
     *progress += progress_freq_;
-  } while (*progress + progress_freq_ < fraction);
+    // A step too small to count would never end.
+  } while (*progress + progress_freq_<fraction&& * progress + progress_freq_> * progress);
 }
 
 // What compileIndex() has open, and what it adds up.
@@ -163,11 +165,14 @@ struct IkCreatorImpl::Compilation {
   std::vector<float> sums;
   std::vector<float> norms;
   int words = 0;
-  int occurrences = 0;
+  std::int64_t occurrences = 0;
   float progress = 0;
 };
 
 void IkCreatorImpl::compileIndex(NameManager* name, IkMerger* merger) {
+  if (info_.totalNumChunks < 0) {
+    THROW(Ik, "An index of " << info_.totalNumChunks << " documents can't be compiled");
+  }
   const std::size_t chunks = static_cast<std::size_t>(info_.totalNumChunks);
   Compilation files;
   files.data.create(name->suffix(".dat"), info_.bufferSize);
@@ -203,7 +208,7 @@ void IkCreatorImpl::compileIndex(NameManager* name, IkMerger* merger) {
 void IkCreatorImpl::compileWord(IkMerger* merger, Compilation* files) {
   const int* row = files->row.data();
   float idf;
-  int freq;
+  std::int64_t freq;
   calculateIdf(*merger, row, &idf, &freq);
   if (freq == 0 || idf == 0.0f) return;
   files->idfs->add(idf);
@@ -230,9 +235,9 @@ void IkCreatorImpl::compileWord(IkMerger* merger, Compilation* files) {
 }
 
 void IkCreatorImpl::calculateIdf(const IkMerger& merger, const int* row, float* idf,
-                                 int* freq) const {
+                                 std::int64_t* freq) const {
   int df = 0;
-  int sum = 0;
+  std::int64_t sum = 0;
   eachPair(merger, row, info_.totalNumChunks, [&](int, int tf) {
     ++df;
     sum += tf;

@@ -19,6 +19,7 @@
 // A chunk is what a retriever calls a document: one document of the manager.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -98,7 +99,7 @@ class IkCreatorImpl {
   void displayProgress(float fraction, float* progress) const;
   void compileWord(IkMerger* merger, Compilation* files);
   // df and the sum of frequencies of the current row.
-  void calculateIdf(const IkMerger& merger, const int* row, float* idf, int* freq) const;
+  void calculateIdf(const IkMerger& merger, const int* row, float* idf, std::int64_t* freq) const;
   void calculateWeights(const IkMerger& merger, const int* row, float idf,
                         Compilation* files) const;
   void finishSums(std::vector<float>* sums, const std::string& filename) const;

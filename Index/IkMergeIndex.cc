@@ -48,6 +48,8 @@ const WmWord* IkMergeIndex::word() {
     }
     newWordNumber(-1);
   }
+  // No number follows the one of the last word.
+  if (newWordNumbers_ != nullptr && std::fflush(newWordNumbers_) != 0) sideFileFailed();
   return nullptr;
 }
 
@@ -122,7 +124,9 @@ void IkMergeIndex::newWordNumber(int n) {
   if (newWordNumbers_ == nullptr) return;
   unsigned char bytes[4];
   storeS32(bytes, n);
-  std::fwrite(bytes, 1, sizeof bytes, newWordNumbers_);
+  if (std::fwrite(bytes, 1, sizeof bytes, newWordNumbers_) != sizeof bytes) sideFileFailed();
 }
+
+void IkMergeIndex::sideFileFailed() { THROW(IkIO, "Couldn't write the new word numbers"); }
 
 }  // namespace vandrelle

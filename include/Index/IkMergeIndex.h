@@ -47,6 +47,7 @@ class IkMergeIndex : public IkMergeObject {
   void seekRow();
   template <typename Unpacker>
   void unpackRow(Unpacker* unpacker);
+  [[noreturn]] static void sideFileFailed();
 
   IkIndexInfo info_;
   int currentWord_ = 0;  // number of the next word of the key file

@@ -1,7 +1,7 @@
 #include "Index/IkTransposeCache.h"
 
 #include <algorithm>
-#include <new>
+#include <exception>
 
 #include "Index/IkException.h"
 #include "Index/IkTranspose.h"
@@ -19,12 +19,12 @@ IkTransposeCache::IkTransposeCache(int cacheSize, int digestSize, IkTransposeLoa
     // A table of one bucket has no bits to hash to.
     : addrTable_(std::max(cacheSize / 4, 2)),
       lineBytes_(static_cast<std::size_t>(digestSize) * IkTranspose::kEntryBytes),
-      cacheSize_(cacheSize),
+      cacheSize_(std::max(cacheSize, 1)),
       loader_(loader) {
   try {
-    cacheInfo_.resize(static_cast<std::size_t>(cacheSize));
-    cacheData_.resize(static_cast<std::size_t>(cacheSize) * lineBytes_);
-  } catch (const std::bad_alloc&) {
+    cacheInfo_.resize(static_cast<std::size_t>(cacheSize_));
+    cacheData_.resize(static_cast<std::size_t>(cacheSize_) * lineBytes_);
+  } catch (const std::exception&) {
     THROW(Ik, "Can't allocate enough memory for cache");
   }
 }

@@ -73,7 +73,11 @@ void IkTranspose::createRange(IkDataFileBinder* databinder, KdFileAccessor* keyf
   for (words->reset(); words->more(); words->next(), ++wordnum) {
     // Special terms are counted and stay out of digests.
     if (words->key()->letter(0) == ' ') continue;
-    databinder->seek(IkLocalWordTable::pos(words->data(), words->dataSize()));
+    const StStoragePos position = IkLocalWordTable::pos(words->data(), words->dataSize());
+    databinder->seek(position);
+    if (databinder->tell() != position || !databinder->more()) {
+      THROW(Ik, "The row of word=" << *words->key() << " is outside of the row data file");
+    }
     unpacker.wordnum(wordnum);
     databinder->unpackRow(&unpacker);
   }

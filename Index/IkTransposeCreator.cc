@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "Index/IkDataFileBinder.h"
+#include "Index/IkDigestBuilder.h"
 #include "Index/IkException.h"
 #include "Index/IkTranspose.h"
 #include "KeyFile.h"
@@ -23,8 +24,11 @@ std::vector<float> readSums(const char* filename, int chunks) {
   const std::size_t count = static_cast<std::size_t>(chunks);
   std::FILE* file = std::fopen(filename, "rb");
   if (file == nullptr) THROW(Ik, "Can't bind to .sum file during transpose creation");
-  std::vector<unsigned char> bytes(count * 4);
-  const bool whole = bytes.empty() || std::fread(bytes.data(), 4, count, file) == count;
+  // The count is taken at its word only if the file has as much.
+  struct stat status;
+  bool whole = ::fstat(::fileno(file), &status) == 0 && status.st_size >= std::int64_t{chunks} * 4;
+  std::vector<unsigned char> bytes(whole ? count * 4 : 0);
+  if (whole && count > 0) whole = std::fread(bytes.data(), 4, count, file) == count;
   std::fclose(file);
   if (!whole) THROW(Ik, "The file '" << filename << "' ends before its last document");
   std::vector<float> sums(count);
@@ -48,8 +52,9 @@ void IkTransposeCreator::makeIndex() {
   std::unique_ptr<KdFileAccessor> keyfile(
       KfKeyFileManager::KdBind(name_.suffix(nullptr), kMappedKeyFile));
   info_.read(name_.suffix(".info"));
-  if (info_.totalNumChunks < 0 || info_.numDigestWords < 0) {
-    THROW(Ik, "The file '" << name_.suffix(".info") << "' holds a negative count");
+  if (info_.totalNumChunks < 0 || info_.numDigestWords < 0 ||
+      info_.numDigestWords > IkDigestBuilder::kMaxDigestSize) {
+    THROW(Ik, "The file '" << name_.suffix(".info") << "' holds a count out of range");
   }
   const std::vector<float> sums = readSums(name_.suffix(".sum"), info_.totalNumChunks);
   IkTranspose transpose(info_.totalNumChunks, info_.numDigestWords);

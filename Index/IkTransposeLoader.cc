@@ -23,9 +23,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kRead = 1;
-constexpr int kWrite = 2;
-constexpr int kAdvice = 3;
 constexpr std::size_t kZeroBytes = std::size_t{1} << 20;
 
 StStoragePos linePosition(int doc, int lineBytes) {
@@ -55,14 +52,15 @@ int IkTransposeLoaderFile::load(int doc, unsigned char* place) {
   if (doc < 0 || position + length > storage_->MaxPos()) {
     THROW(IkTranspose, "There is no digest of document " << doc);
   }
-  StStorageHandle handle = storage_->Get(position, length, kRead, kAdvice);
+  StStorageHandle handle = storage_->Get(position, length, kStRead, kStDefaultAdvice);
   std::memcpy(place, handle.data(), length);
   return 1;
 }
 
 int IkTransposeLoaderFile::flush(const unsigned char* data, int doc) {
   const uint32 length = static_cast<uint32>(lineBytes());
-  StStorageHandle handle = storage_->Get(linePosition(doc, lineBytes()), length, kWrite, kAdvice);
+  StStorageHandle handle =
+      storage_->Get(linePosition(doc, lineBytes()), length, kStWrite, kStDefaultAdvice);
   std::memcpy(handle.data(), data, length);
   handle.markDirty();
   return 1;

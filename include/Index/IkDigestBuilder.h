@@ -15,7 +15,9 @@ namespace vandrelle {
 
 class IkDigestBuilder {
  public:
-  // Empty digests of `digestSize` entries (below 65,536) for `numDocs` documents.
+  static constexpr int kMaxDigestSize = 65535;
+
+  // Empty digests of `digestSize` entries for `numDocs` documents.
   IkDigestBuilder(int numDocs, int digestSize);
 
   // `doc` counts from the start of the range and is below `numDocs`.

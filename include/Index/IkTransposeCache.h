@@ -14,7 +14,7 @@ class IkTransposeLoader;
 
 class IkTransposeCache {
  public:
-  // `cacheSize` lines of `digestSize` entries. `loader` isn't owned.
+  // `cacheSize` lines, at least one, of `digestSize` entries. `loader` isn't owned.
   IkTransposeCache(int cacheSize, int digestSize, IkTransposeLoader* loader);
   ~IkTransposeCache();  // writes changed lines back
   IkTransposeCache(const IkTransposeCache&) = delete;

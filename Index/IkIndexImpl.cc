@@ -102,7 +102,8 @@ void IkIndexImpl::create_stage12(int first_doc, int last_doc) {
   indexer.hashbits(hashbits_);
   copyFlags(&indexer);
   indexer.addDocuments(docmgr_, first_doc, last_doc);
-  indexer.makeIndex();
+  // The last term of all may be the one that had the table written out.
+  indexer.makeIndexOfRun();
 }
 
 void IkIndexImpl::create_stage3() {

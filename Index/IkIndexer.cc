@@ -1,5 +1,7 @@
 #include "Index/IkIndexer.h"
 
+#include <unistd.h>
+
 #include <bit>
 #include <cstdio>
 #include <memory>
@@ -10,7 +12,6 @@
 #include "Index/IkProxCreator.h"
 #include "Index/IkTempfile.h"
 #include "Index/IkTransposeCreator.h"
-#include "Tool/SysTools.h"
 #include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
@@ -48,6 +49,11 @@ std::size_t IkIndexer::allocsize(std::size_t n) {
 }
 
 void IkIndexer::addTerm(const WmWord* word, int chunk, int pos) {
+  if (static_cast<unsigned>(word->num_letters() - 1) >= WmWord::kMaxLetters) {
+    if (!word->valid()) return;
+    THROW(Ik, "A word of " << word->num_letters() << " letters can't be indexed");
+  }
+  if (chunk >= info_.totalNumChunks) info_.totalNumChunks = chunk + 1;
   PendingTerm& term = queue_[queued_ % kQueueSize];
   new (term.word.word()) WmWord(*word);
   term.hash = IkTermTable::hash(word);
@@ -75,7 +81,6 @@ IkIndexerTableEntry& IkIndexer::newEntry(const PendingTerm& term) {
 
 void IkIndexer::enterTerm(const PendingTerm& term) {
   const int chunk = term.chunk;
-  if (chunk >= info_.totalNumChunks) info_.totalNumChunks = chunk + 1;
   IkIndexerTableEntry& entry = newEntry(term);
   if (entry.chunk == chunk) {
     ++entry.count;
@@ -155,15 +160,21 @@ void IkIndexer::writeProximity(const IkIndexerTableEntry& entry, IkProxCreator* 
 
 void IkIndexer::makeIndex() {
   drain();
-  if (wordTable_.empty() && filenum_ == startfilenum_) return;
+  if (!wordTable_.empty()) makeIndexOfRun();
+}
+
+void IkIndexer::makeIndexOfRun() {
   flushTempfiles();
+  if (filenum_ == startfilenum_) return;
   std::vector<std::string> names;
   for (int i = startfilenum_; i < filenum_; ++i) names.push_back(tempfileName("tmp", i));
   compile(names);
 }
 
 void IkIndexer::addTempfile(const char* tmpname) {
-  if (SysTools::fileExists(tmpname)) tempfiles_.emplace_back(tmpname);
+  if (::access(tmpname, R_OK) != 0) return;
+  if (recordProximity_) IkProxfileName(tmpname);
+  tempfiles_.emplace_back(tmpname);
 }
 
 void IkIndexer::makeIndexExplicitTempfiles() {

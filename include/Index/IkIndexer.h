@@ -29,16 +29,22 @@ class IkIndexer : public IkCreatorImpl {
   // Compiles the index if the table holds terms.
   ~IkIndexer() override;
 
+  // The empty word is passed over: it would read as the end of its file.
   void addTerm(const WmWord* word, int chunk, int pos) override;
-  // Merges the temporary files of this run and compiles the index. Nothing
-  // happens if no term was ever added.
+  // Writes the table out, merges the temporary files of this run and compiles the
+  // index. Nothing happens if the table is empty, even if it was only just
+  // written out: see makeIndexOfRun().
   void makeIndex() override;
+  // The same for a table that may be empty. Nothing happens if this run has no
+  // temporary file.
+  void makeIndexOfRun();
 
   // Writes the table out unless it is empty.
   void flushTempfiles();
 
   // Adds a temporary file by name to the list for makeIndexExplicitTempfiles().
-  // One that can't be opened is passed over.
+  // One that can't be opened is passed over. With recordProximity its name must
+  // do for IkProxfileName().
   void addTempfile(const char* tmpname);
   void makeIndexExplicitTempfiles();
 

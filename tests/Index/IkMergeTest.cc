@@ -15,6 +15,7 @@
 #include "Index/IkIndexer.h"
 #include "Index/IkMergeTempfile.h"
 #include "Index/IkTempfile.h"
+#include "Index/IkTempfileMerger.h"
 #include "Index/IkWordOrder.h"
 #include "Word.h"
 
@@ -151,9 +152,13 @@ TEST_F(IkMergeTest, DamagedFilesEndInOneMessage) {
       EXPECT_NE(message.find("is damaged"), std::string::npos) << message;
     }
   }
+  // In a dense row, in a sparse one, and just past the end.
   const std::string high = write("high", {{"w", {{10, 1}}}});
-  EXPECT_EQ(thrown([&] { merged({high}, 2); }),
-            "Read document that is too large while unpacking (10)");
+  for (const int rowSize : {2, 8, 10}) {
+    EXPECT_EQ(thrown([&] { merged({high}, rowSize); }),
+              "Read document that is too large while unpacking (10)");
+  }
+  EXPECT_EQ(merged({high}, 11), "w S 10*1\n");
 }
 
 TEST(IkWordOrder, PrefixHasTheOrderOfTheCollation) {
@@ -220,13 +225,47 @@ TEST_F(IkMergeTest, TableIsWrittenAtTheFirstTermOfTheNextChunk) {
   EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 140001);
 }
 
-TEST_F(IkMergeTest, LastFlushIsNotLost) {
+TEST_F(IkMergeTest, WhatMakesAnIndexOfAnEmptyTable) {
   const std::string root = path("last");
   Accumulator accumulator(root.c_str());
   accumulator.recordProximity(0);
+  accumulator.makeIndexOfRun();
+  accumulator.addTerm(WmLocalWord("").word(), 2, 0);
+  accumulator.flushTempfiles();
+  accumulator.makeIndexOfRun();
+  EXPECT_EQ(accumulator.compiled, 0);
   accumulator.addTerm(WmLocalWord("only").word(), 3, 0);
+  EXPECT_EQ(accumulator.info().totalNumChunks, 4);
   accumulator.flushTempfiles();
   accumulator.makeIndex();
+  EXPECT_EQ(accumulator.compiled, 0);
+  accumulator.makeIndexOfRun();
+  EXPECT_EQ(accumulator.compiled, 1);
+}
+
+TEST_F(IkMergeTest, TempfilesIntoOne) {
+  IkTempfileMerger merger(6);
+  merger.addTempfile(write("t0", {{"all", {{0, 2}, {1, 1}}}, {"bee", {{1, 130}}}}).c_str());
+  merger.addTempfile(path("absent").c_str());
+  merger.addTempfile(write("t1", {{"all", {{1, 1}, {4, 1}}}, {"cat", {{5, 1}}}}).c_str());
+  merger.merge(path("one").c_str());
+  EXPECT_EQ(
+      slurp(path("one")),
+      slurp(write("wanted",
+                  {{"all", {{0, 2}, {1, 2}, {4, 1}}}, {"bee", {{1, 130}}}, {"cat", {{5, 1}}}})));
+}
+
+TEST_F(IkMergeTest, ExplicitTempfiles) {
+  const std::string odd = write("odd", {{"word", {{0, 1}}}});
+  Accumulator accumulator(path("explicit").c_str());
+  accumulator.addTempfile(path("absent").c_str());
+  accumulator.makeIndexExplicitTempfiles();
+  EXPECT_EQ(accumulator.compiled, 0);
+  EXPECT_EQ(thrown([&] { accumulator.addTempfile(odd.c_str()); }),
+            "Filename does not contain .tmp");
+  accumulator.recordProximity(0);
+  accumulator.addTempfile(odd.c_str());
+  accumulator.makeIndexExplicitTempfiles();
   EXPECT_EQ(accumulator.compiled, 1);
 }
 

@@ -1,6 +1,7 @@
 #include "Fast/FiStemTable.h"
 
 #include <bit>
+#include <climits>
 #include <cstring>
 #include <iomanip>
 #include <ostream>
@@ -100,6 +101,9 @@ FiFileSegment FiStemTable::block(int block) {
 }
 
 FiFileSegment& FiStemTable::writeBlock(int number) {
+  if (number >= (INT_MAX - headersize_) / blocksize_) {
+    THROW(Fatal, "The unstemming table would pass 2 gigabytes");
+  }
   const std::size_t place = static_cast<std::size_t>(number);
   if (place >= blocks_.size()) blocks_.resize(place + 1);
   if (!blocks_[place].valid()) {
@@ -121,7 +125,7 @@ int FiStemTable::placeEntry(int startblock, int size) {
     chain.blocks.push_back(startblock);
     chain.firstWithRoom.resize(kMaxEntryBytes + 1);
   }
-  std::uint16_t& place = chain.firstWithRoom[static_cast<std::size_t>(size)];
+  std::uint32_t& place = chain.firstWithRoom[static_cast<std::size_t>(size)];
   for (;; ++place) {
     if (place == chain.blocks.size()) {
       const int added = numblocks_++;

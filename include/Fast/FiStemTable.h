@@ -75,7 +75,7 @@ class FiStemTable {
   // entry of some size never moves back along the chain.
   struct Chain {
     std::vector<int> blocks;
-    std::vector<std::uint16_t> firstWithRoom;  // by entry size: place in `blocks`
+    std::vector<std::uint32_t> firstWithRoom;  // by entry size: place in `blocks`
   };
 
   bool validblock(int block) const;

@@ -53,9 +53,7 @@ void removeTempFiles(NameManager* rootName) {
     }
   }
   ::closedir(dir);
-  bool removed = true;
-  for (const std::string& name : names) removed = SysTools::removeFile(name.c_str()) && removed;
-  if (!removed) LOG(0, 0, "removing tempfiles failed");
+  for (const std::string& name : names) SysTools::removeFile(name.c_str());
 }
 
 void removeFieldFiles(NameManager* rootname) {

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -305,4 +306,12 @@ int guardedMain(int argc, char** argv) {
 }  // namespace
 }  // namespace vandrelle
 
-int main(int argc, char** argv) { return vandrelle::guardedMain(argc, argv); }
+int main(int argc, char** argv) {
+  // Memory that is out ends the run as any other failure does.
+  try {
+    return vandrelle::guardedMain(argc, argv);
+  } catch (const std::exception& failure) {
+    std::cout << "VANDRELLEERROR: " << failure.what() << '\n';
+    return 0;
+  }
+}

@@ -1,0 +1,339 @@
+// Whole builds through the facade, over documents in memory.
+
+#include "Index/IkIndexImpl.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Document/DcDocument.h"
+#include "Document/DcDocumentManager.h"
+#include "Fun/Fd.h"
+#include "Fun/FdBag.h"
+#include "Fun/FdStream.h"
+#include "Fun/FdWrapper.h"
+#include "IkTestTools.h"
+#include "Index/IkIndexInfo.h"
+#include "Index/IkLocalIndexBinder.h"
+#include "Index/IkProxBinder.h"
+#include "Index/IkTranspose.h"
+#include "Index/IkWordTable.h"
+#include "Token/TkWordPair.h"
+#include "Tool/ByteOrder.h"
+#include "Tool/HeapText.h"
+#include "Tool/SysTools.h"
+#include "Word.h"
+
+namespace vandrelle {
+namespace {
+
+using Texts = std::vector<std::vector<std::string>>;  // documents of words
+
+class WordListStream : public FdStream {
+ public:
+  explicit WordListStream(const std::vector<std::string>& words) : words_(words) {}
+  void reset() override { next_ = 0, take(); }
+  bool more() override { return next_ < words_.size(); }
+  void next() override { ++next_, take(); }
+  void* key() override { return word_.word(); }
+  int keySize() override { return word_->num_bytes(); }
+
+ private:
+  void take() {
+    if (more()) word_ = WmLocalWord(words_[next_].c_str());
+  }
+  const std::vector<std::string>& words_;
+  std::size_t next_ = 0;
+  WmLocalWord word_;
+};
+
+// A word with a leading blank becomes a special word of its document.
+class WordListDocument : public DcDocument {
+ public:
+  WordListDocument(int number, const std::vector<std::string>& words) : number_(number) {
+    for (const std::string& word : words) {
+      if (word[0] == ' ') {
+        addSpecialWord(word.c_str());
+      } else {
+        words_.push_back(word);
+      }
+    }
+  }
+  int documentNum() const override { return number_; }
+
+ protected:
+  FdStream* original_words() override { return new WordListStream(words_); }
+
+ private:
+  int number_;
+  std::vector<std::string> words_;
+};
+
+class WordListManager : public DcDocumentManager {
+ public:
+  explicit WordListManager(Texts texts) : texts_(std::move(texts)) {}
+  WordListManager(int documents, long kilobytes) : size_(kilobytes), count_(documents) {}
+  DcDocument* documentNum(int num) override {
+    return new WordListDocument(num, texts_[static_cast<std::size_t>(num)]);
+  }
+  int numDocuments() override { return count_ ? count_ : static_cast<int>(texts_.size()); }
+  long corpusSize() override { return size_; }
+
+ private:
+  Texts texts_;
+  long size_ = 0;
+  int count_ = 0;
+};
+
+// The third has a special term; the second and the last have no words at all.
+const Texts kTexts = {
+    {"alpha", "beta", "alpha"}, {}, {" Mark", "beta"}, {"gamma", "alpha", "beta", "beta"}, {}};
+
+class IkIndexImplTest : public testing::Test {
+ protected:
+  IkIndexImplTest() : documents_(kTexts) {
+    // Its own for each test: they may run side by side.
+    root_ = testing::TempDir() + "facade_" +
+            testing::UnitTest::GetInstance()->current_test_info()->name();
+    IkLocalIndexBinder old(root_.c_str(), nullptr);
+    old.safeCleanupPath(testing::TempDir().c_str());
+    old.cleanupFiles();
+    index_.name(root_.c_str());
+    index_.documentManager(&documents_);
+  }
+
+  std::vector<float> floats(const char* suffix) const {
+    const std::string bytes = bytesOf(root_ + suffix);
+    std::vector<float> values;
+    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4) values.push_back(loadFloat(&bytes[i]));
+    return values;
+  }
+
+  std::vector<std::string> builtFiles() const {
+    std::vector<std::string> contents;
+    for (const char* suffix : {".info", ".key", ".ptr", ".dat", ".idf", ".sum", ".norm",
+                               ".norm.raw", ".prx", ".prx.map"}) {
+      contents.push_back(bytesOf(root_ + suffix));
+    }
+    return contents;
+  }
+
+  // The positions of a word, of all its documents in a row; "-" for no word.
+  std::string positions(const WmWord* word, std::vector<int> frequencies) const {
+    IkLocalIndexBinder binder(root_.c_str(), nullptr);
+    const int number = binder.wordTable()->wordNum(word);
+    if (number < 0) return "-";
+    IkProxBinder file((root_ + ".prx").c_str());
+    const std::unique_ptr<IkProxBuffer> buffer(file.getBuffer(static_cast<uint32>(number)));
+    std::string text;
+    for (const int frequency : frequencies) {
+      buffer->reset();
+      for (int i = 0; i < frequency; ++i) text += std::to_string(buffer->get()) + ' ';
+    }
+    return text;
+  }
+
+  WordListManager documents_;
+  std::string root_;
+  IkIndexImpl index_;
+};
+
+TEST_F(IkIndexImplTest, Stage12WritesTheFilesOfAnIndex) {
+  TestLog log;
+  index_.create_stage12(0, 0);
+  EXPECT_EQ(log.lines(), (std::vector<std::string>{"1:Indexing, stage 1", "2:Indexed 0, 3 terms",
+                                                   "2:Indexed 1, 0 terms", "2:Indexed 2, 2 terms",
+                                                   "2:Indexed 3, 4 terms", "2:Indexed 4, 0 terms",
+                                                   "1:Indexing, stage 2"}));
+  IkIndexInfo info;
+  info.read((root_ + ".info").c_str());
+  EXPECT_EQ(info.numTerms, 4);
+  EXPECT_EQ(info.totalNumChunks, 4);  // the last document has no term
+
+  // Rows of " Mark", alpha, beta, gamma: size, scale, pairs, padding.
+  std::string expected;
+  const struct {
+    std::string pairs;
+    float df;
+  } rows[] = {{std::string("\x80\x02", 2), 1},
+              {std::string("\0\0\x02\x80\x03", 5), 2},
+              {std::string("\x80\0\x80\x02\0\x01\x02", 7), 3},
+              {std::string("\x80\x03", 2), 1}};
+  for (const auto& row : rows) {
+    unsigned char header[8];
+    storeU32(header, static_cast<uint32>(row.pairs.size()));
+    storeFloat(header + 4, static_cast<float>(std::log(static_cast<double>(5.0f / row.df))));
+    expected.append(reinterpret_cast<char*>(header), 8) += row.pairs;
+    expected.resize((expected.size() + 3) / 4 * 4);
+  }
+  EXPECT_EQ(bytesOf(root_ + ".dat"), expected);
+  // For this number of documents the largest idf in its unit rounds to just below 255.
+  EXPECT_EQ(bytesOf(root_ + ".idf"), (std::string{'\xFE', '\x91', '\x50', '\xFE'}));
+
+  // Characters, a separator a word; below the least length all have the same byte.
+  EXPECT_EQ(floats(".norm.raw"), (std::vector<float>{17, 0, 11, 22}));
+  EXPECT_EQ(bytesOf(root_ + ".norm"), std::string("\xFF\0\xFF\xFF", 4));
+  const float idf1 = std::log(5.0f), idf2 = std::log(5.0f / 2), idf3 = std::log(5.0f / 3);
+  const std::vector<float> sums = floats(".sum");
+  ASSERT_EQ(sums.size(), 4u);
+  EXPECT_FLOAT_EQ(sums[0], std::sqrt(4 * idf2 * idf2 + idf3 * idf3));
+  EXPECT_EQ(sums[1], 0);
+  EXPECT_FLOAT_EQ(sums[2], std::sqrt(idf1 * idf1 + idf3 * idf3));
+  EXPECT_FLOAT_EQ(sums[3], std::sqrt(idf1 * idf1 + idf2 * idf2 + 4 * idf3 * idf3));
+
+  EXPECT_EQ(positions(WmLocalWord("alpha").word(), {2, 1}), "0 2 1 ");
+  EXPECT_EQ(positions(WmLocalWord("beta").word(), {1, 1, 2}), "1 0 2 3 ");
+}
+
+TEST_F(IkIndexImplTest, StagesByHandGiveTheSameIndex) {
+  index_.create_stage12(0, 0);
+  const std::vector<std::string> together = builtFiles();
+  for (const char* suffix : {".info", ".dat", ".key", ".ptr"}) {
+    std::remove((root_ + suffix).c_str());
+  }
+  std::remove((root_ + ".tmp000").c_str());
+
+  index_.create_stage1(3, 0, 1);
+  EXPECT_TRUE(SysTools::fileExists((root_ + ".tmp003").c_str()));
+  EXPECT_TRUE(SysTools::fileExists((root_ + ".prx003").c_str()));
+  EXPECT_FALSE(SysTools::fileExists((root_ + ".tmp000").c_str()));
+  index_.create_stage1(4, 2, 0);
+  EXPECT_FALSE(SysTools::fileExists((root_ + ".dat").c_str()));
+
+  FdSBag names(Fd::Queue());
+  names.insert((root_ + ".tmp009").c_str());
+  index_.create_stage2(names.bag());
+  EXPECT_FALSE(SysTools::fileExists((root_ + ".dat").c_str()));
+  for (const char* suffix : {".tmp003", ".tmp004"}) names.insert((root_ + suffix).c_str());
+  index_.showProgress(0.1f);  // of a total that this stage doesn't know
+  index_.create_stage2(names.bag());
+  EXPECT_EQ(builtFiles(), together);
+}
+
+TEST_F(IkIndexImplTest, FlagsLeaveFilesOut) {
+  index_.createSumfile(0);
+  index_.createNormfile(0);
+  index_.recordProximity(0);
+  index_.create_stage12(0, 0);
+  for (const char* suffix : {".sum", ".norm", ".norm.raw", ".prx", ".prx.map", ".prx000"}) {
+    EXPECT_FALSE(SysTools::fileExists((root_ + suffix).c_str())) << suffix;
+  }
+  EXPECT_NE(bytesOf(root_ + ".dat"), "");
+  EXPECT_EQ(thrownBy([&] { index_.create_stage3(); }),
+            "Ik: Can't bind to .sum file during transpose creation");
+}
+
+TEST_F(IkIndexImplTest, PairsStandAtTheirSecondWord) {
+  index_.hashbits(20);
+  index_.create_stage12(0, 0);
+  const struct {
+    const char* first;
+    const char* second;
+    std::vector<int> frequencies;
+    const char* expected;
+  } cases[] = {{"alpha", "beta", {1, 1}, "1 2 "},
+               {"beta", "alpha", {1}, "2 "},
+               {" Mark", "beta", {1}, "0 "},
+               {"beta", "beta", {1}, "3 "},
+               {"alpha", "gamma", {}, "-"}};
+  TkWordPairHashImpl hash(20);
+  for (const auto& c : cases) {
+    WmLocalWord pair;
+    hash.hash(WmLocalWord(c.first, 1).word(), WmLocalWord(c.second).word(), pair.word());
+    pair->rawletter(pair->num_letters(), '@');
+    pair->num_letters(pair->num_letters() + 1);
+    EXPECT_EQ(positions(pair.word(), c.frequencies), c.expected) << c.first << ' ' << c.second;
+  }
+}
+
+TEST_F(IkIndexImplTest, DigestsLeaveSpecialTermsOut) {
+  index_.numDigestWords(2);
+  index_.create(0, 0);
+  EXPECT_EQ(bytesOf(root_ + ".trp").size(), 4u * 2 * 6);
+  IkLocalIndexBinder binder(root_.c_str(), nullptr);
+  IkTranspose* const digests = binder.transpose();
+  const std::vector<float> sums = floats(".sum");
+  const float idf2 = std::log(5.0f / 2), idf3 = std::log(5.0f / 3);
+  // Words 1 alpha, 2 beta, 3 gamma; an unused entry comes first.
+  const struct {
+    int word[2];
+    float score[2];
+  } expected[] = {{{1, 2}, {2 * idf2 / sums[0], idf3 / sums[0]}},
+                  {{0, 0}, {0, 0}},
+                  {{0, 2}, {0, idf3 / sums[2]}},
+                  {{2, 3}, {2 * idf3 / sums[3], std::log(5.0f) / sums[3]}}};
+  for (int doc = 0; doc < 4; ++doc) {
+    for (int i = 0; i < 2; ++i) {
+      EXPECT_EQ(digests->wordNum(doc, i), expected[doc].word[i]) << doc;
+      EXPECT_NEAR(digests->wordScore(doc, i), expected[doc].score[i], 2e-5) << doc;
+    }
+  }
+}
+
+TEST_F(IkIndexImplTest, Refusals) {
+  const auto refused = [this](void (*action)(IkIndexImpl&)) {
+    return thrownBy([&] { action(index_); });
+  };
+  EXPECT_EQ(refused([](IkIndexImpl& i) { i.freeze(); }),
+            "Ik: Can't freeze index: no documents added or deleted");
+  EXPECT_EQ(refused([](IkIndexImpl& i) { i.approximateExtend(0, 0); }),
+            "Ik: IkIndexImpl::approximateExtend() is not yet implemented");
+  EXPECT_EQ(refused([](IkIndexImpl& i) { i.approximateRemove(0, 0); }),
+            "Ik: IkIndexImpl::approximateRemove() is not yet implemented");
+  EXPECT_EQ(refused([](IkIndexImpl& i) { i.approximateFreeze(); }),
+            "Ik: IkIndexImpl::approximateFreeze() is not yet implemented");
+  EXPECT_EQ(refused([](IkIndexImpl& i) { i.cleanup(); }),
+            "Ik: IkIndexImpl::cleanup() is not yet implemented");
+
+  // Without documents nothing is touched; with them the old changes go.
+  const std::string old = root_ + ".xw";
+  writeBytes(old, "rows");
+  index_.documentManager(nullptr);
+  EXPECT_EQ(refused([](IkIndexImpl& i) { i.create_stage1(0, 0, 0); }),
+            "Ik: Can't create_stage1 with a NULL document manager");
+  EXPECT_EQ(refused([](IkIndexImpl& i) { i.create_stage12(0, 0); }),
+            "Ik: Can't create_stage12 with a NULL document manager");
+  EXPECT_EQ(refused([](IkIndexImpl& i) { i.extend(0, 0); }),
+            "Ik: Can't create_stage12 with a NULL document manager");
+  EXPECT_TRUE(SysTools::fileExists(old.c_str()));
+  index_.documentManager(&documents_);
+  index_.create_stage12(0, 0);
+  EXPECT_FALSE(SysTools::fileExists(old.c_str()));
+}
+
+TEST_F(IkIndexImplTest, OptionsFitTheCorpus) {
+  const struct {
+    int documents;
+    long kilobytes;
+    int mergeMaxDocs;
+    int mergeMaxWords;
+    int bufferSize;
+    int transposeCache;
+  } cases[] = {
+      {500, 0, 2500, 70000, 32768, 0},
+      {500, 1, 5000, 60000, 32768, 0},
+      {100000, 50000, 5000, 60000, 32768, 50000},
+      {100000, 60000, 5000, 60000, 65536, 50000},
+      {240040, 100001, 6001, 60000, 131072, 50000},
+      {54613, 200001, 5000, 60000, 262144, 0},
+      {54614, 400000, 5000, 60000, 262144, 30720},
+      {58255, 400001, 5000, 60000, 524288, 32768},
+      {58256, 400001, 5000, 60000, 524288, 50000},
+  };
+  for (const auto& c : cases) {
+    WordListManager corpus(c.documents, c.kilobytes);
+    IkIndexImpl index;
+    index.setOptions(&corpus);
+    EXPECT_EQ(index.mergeMaxDocs(), c.mergeMaxDocs) << c.documents;
+    EXPECT_EQ(index.mergeMaxWords(), c.mergeMaxWords) << c.documents;
+    EXPECT_EQ(index.bufferSize(), c.bufferSize) << c.documents;
+    EXPECT_EQ(index.transposeCache(), c.transposeCache) << c.documents;
+  }
+}
+
+}  // namespace
+}  // namespace vandrelle

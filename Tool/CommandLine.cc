@@ -4,9 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <string>
 #include <utility>
 
 #include "Fun/Fd.h"
+#include "Fun/FdPair.h"
 #include "Fun/FdWrapper.h"
 #include "Tool/HeapText.h"
 #include "Tool/ToolException.h"
@@ -116,8 +118,11 @@ int CommandLine::parseImpl(const char* thisOpt, const char* nextOpt) {
   return 0;
 }
 
+// A token that no pair can hold is longer than any usable path: it is kept cut, so
+// that whoever tries the path reports it, instead of the whole run ending here.
 void CommandLine::addPositional(int argnum, const char* token) {
-  restArgs_->insert(token, static_cast<int>(std::strlen(token)) + 1, nullptr, 0);
+  const std::string kept(token, strnlen(token, FdPair::kMaxBytes - 1));
+  restArgs_->insert(kept.c_str(), static_cast<int>(kept.size()) + 1, nullptr, 0);
   addArgsByNum(argnum, token);
 }
 

@@ -227,7 +227,7 @@ TEST_F(DumpTest, SurvivesDamage) {
       damaged.push_back(whole.substr(0, length));
     }
     // Ever wider steps from the first bytes, where headers are, on.
-    for (std::size_t at = 0; at < whole.size(); at += 1 + at) {
+    for (std::size_t at = 0; at < whole.size(); at += 1 + 2 * at) {
       std::string bytes = whole;
       bytes[at] = static_cast<char>(at % 3 == 0   ? 0xFF
                                     : at % 3 == 1 ? bytes[at] ^ 0x80

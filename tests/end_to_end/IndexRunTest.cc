@@ -303,7 +303,7 @@ TEST_F(IndexRunTest, RunsThatBuildNothing) {
       {{root(), path("site"), "-mapfile", path("none")},
        0,
        "VANDRELLEERROR: Fatal: Mapfile " + path("none") + "could not be opened. ["},
-      {{root(), "-transpose"}, 0, "VANDRELLEERROR: "},
+      {{"-R", root(), "-transpose"}, 0, "VANDRELLEERROR: "},
   };
   for (const auto& one : cases) {
     std::string told;
@@ -317,6 +317,9 @@ TEST_F(IndexRunTest, RunsThatBuildNothing) {
     EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), !one.output.empty());
     EXPECT_EQ(result.errors, "");
     EXPECT_EQ(filesOf(root()).count(".dat"), 0u);
+    if (one.arguments == Texts{"-R", root(), "-transpose"}) {
+      EXPECT_TRUE(withoutLogs(filesOf(root())).empty());
+    }
     if (one.status != 0 || one.arguments[0] == "-v") {
       EXPECT_TRUE(fs::is_empty(folder_ / "out"));
     }

@@ -136,6 +136,11 @@ void DcFileListCreator::AddFile(const char* fullFileName, long docNum, const cha
     // 32767 readers see a negative number and take the relative name as it stands.
     openDirList();
     dirFileOffset = static_cast<int16_t>(dirEnd_);
+    if (dirFileOffset != dirEnd_ && lostDirEnd_ != dirEnd_) {
+      lostDirEnd_ = dirEnd_;
+      LOG(0, 0,
+          dirpath_ << " is past the reach of the directory file: its files can't be read back");
+    }
     name += dirpath_.size();
   }
 

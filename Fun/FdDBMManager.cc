@@ -2,6 +2,9 @@
 
 #include <db_185.h>
 #include <fcntl.h>
+#include <unistd.h>
+
+#include <string>
 
 #include "Fun/FdBDBMTable.h"
 #include "Fun/FdException.h"
@@ -16,8 +19,21 @@ constexpr int kReadOnly = 2;
 const char* const kFailures[] = {"Could not open table ", "Could not create table ",
                                  "Could not bind to table "};
 
+// The library makes a table under the name "__db.NAME" beside its place and renames
+// it. What a run that was killed, or met a full disk, left under that name makes
+// every later dbopen wait for ever.
+void removeUnfinished(const std::string& name) {
+  const std::size_t slash = name.rfind('/');
+  const std::size_t base = slash == std::string::npos ? 0 : slash + 1;
+  ::unlink((name.substr(0, base) + "__db." + name.substr(base)).c_str());
+}
+
 DB* opened(const char* name, int flags, DBTYPE type, const void* info) {
-  return name != nullptr ? dbopen(name, flags, kPermissions, type, info) : nullptr;
+  if (name == nullptr) return nullptr;
+  if ((flags & O_CREAT) != 0) removeUnfinished(name);
+  DB* const database = dbopen(name, flags, kPermissions, type, info);
+  if (database == nullptr && (flags & O_CREAT) != 0) removeUnfinished(name);
+  return database;
 }
 
 FdBag* tableOf(DB* database, const char* name, int mode) {

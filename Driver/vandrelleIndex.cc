@@ -87,6 +87,7 @@ class Run {
   void listDocuments(DcUserTypes* types);
   void testMemory();
   void testDisk(long corpusSize);
+  void compileWords(int docs);
   void closingPasses(int docs);
   void closingStatistics(int docs, unsigned long corpusSize);
   const char* value(const char* name) { return options_.str_arg(name); }
@@ -224,12 +225,12 @@ int Run::buildIndex() {
   testMemory();
   testDisk(corpusKilobytes);
 
-  indexer_->create_stage12(0, 0);
+  const int docs = docmgr->numDocuments();
+  compileWords(docs);
   removeTempFiles(&rootname_);
   indexer_->create_stage3();
   timer_->stop();
 
-  const int docs = docmgr->numDocuments();
   const unsigned long corpusSize = static_cast<unsigned long>(docmgr->corpusSize());
   // No file may still be bound when the closing passes rewrite and remove some.
   types.reset();
@@ -263,6 +264,17 @@ void Run::testDisk(long corpusSize) {
   if (!SysTools::freeSpace(root_.c_str(), static_cast<int>(needed))) {
     THROW(Fatal,
           "Not enough space left on device to build the index.  (" << needed << " bytes needed.");
+  }
+}
+
+// Documents without a single word make no index. The one of an earlier run must
+// not pass for it, nor for that of a run which is cut short, so what makes it
+// readable goes first.
+void Run::compileWords(int docs) {
+  SysTools::removeFile(rootname_.suffix(".info"));
+  indexer_->create_stage12(0, 0);
+  if (!SysTools::fileExists(rootname_.suffix(".info"))) {
+    THROW(Fatal, "No words found in any of " << docs << " documents - no index built.");
   }
 }
 

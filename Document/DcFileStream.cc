@@ -22,7 +22,14 @@ DcFileWindow::~DcFileWindow() {
 
 bool DcFileWindow::open(const char* path) {
   if (fd_ >= 0) ::close(fd_);
-  fd_ = ::open(path, O_RDONLY | O_CLOEXEC);
+  // A listed file may have become something else: opening a named pipe would wait
+  // for ever, and a directory opens but has nothing to read.
+  fd_ = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  struct stat status;
+  if (fd_ >= 0 && (::fstat(fd_, &status) != 0 || !S_ISREG(status.st_mode))) {
+    ::close(fd_);
+    fd_ = -1;
+  }
   windowEnd_ = 0;
   setg(nullptr, nullptr, nullptr);
   return fd_ >= 0;

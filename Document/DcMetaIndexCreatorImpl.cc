@@ -91,6 +91,11 @@ int DcMetaIndexCreatorImpl::Add(const char* fileName) {
   const int numdocs = chooser_->Add(fileName, currentType_, &docNum);
   if (numdocs == 0) return 0;
   LOG(2, 1, "Indexed(Doc) " << fileName);
+  if (fileName[std::strcspn(fileName, " \t\n\v\f\r")] != '\0') {
+    LOG(0, 1,
+        "A name is read back up to its first white space, so these words will be missed; rename "
+            << fileName);
+  }
   flc_->AddFile(fileName, docNum_, realName.c_str(), size);
   docNum_ += numdocs;
   createIndex();

@@ -14,6 +14,7 @@
 #include "DocumentImpl/HelperStruct.h"
 #include "Tool/HeapText.h"
 #include "Tool/SysTools.h"
+#include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
 
@@ -99,7 +100,10 @@ std::ifstream* DcMultiDocManager::getCorrectStream(int filenum, const char* file
   }
 
   std::ifstream* stream = handler->Open(fileName);
-  if (stream == nullptr) return nullptr;
+  if (stream == nullptr) {
+    LOG(0, 1, fileName << " can no longer be opened: it counts as empty.");
+    return nullptr;
+  }
   *last_ = {stream, filenum, 1, handler};
   return stream;
 }

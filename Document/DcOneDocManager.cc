@@ -12,6 +12,7 @@
 #include "DocumentImpl/DiFileHandler.h"
 #include "DocumentImpl/HelperStruct.h"
 #include "Tool/HeapText.h"
+#include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
 
@@ -56,7 +57,10 @@ std::ifstream* DcOneDocManager::GetCorrectStream(int filenum, const char* fileNa
   }
   if (record == nullptr) THROW(FileMgr, "Too many streams open - delete your documents");
   std::ifstream* stream = handler->Open(fileName);
-  if (stream == nullptr) return nullptr;
+  if (stream == nullptr) {
+    LOG(0, 1, fileName << " can no longer be opened: it counts as empty.");
+    return nullptr;
+  }
   record->strm = stream;
   record->filenum = filenum;
   record->handler = handler;

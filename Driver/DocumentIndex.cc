@@ -2,6 +2,7 @@
 
 #include <limits.h>
 
+#include <cstring>
 #include <fstream>
 #include <iomanip>
 #include <memory>
@@ -43,6 +44,11 @@ void readExclusions(DcMetaIndexCreator* imgr, const char* path) {
       LOG(0, 0,
           "Exclusion file " << path << ", line " << entries.lineNumber()
                             << ": an empty pattern excludes every file.");
+    } else if (entries.getName()[std::strlen(entries.getName()) - 1] == '\r') {
+      LOG(0, 0,
+          "Exclusion file " << path << ", line " << entries.lineNumber()
+                            << ": the pattern ends in a carriage return; end lines with a line "
+                               "feed alone.");
     }
     imgr->excludeRegExp(entries.getName());
   }
@@ -60,7 +66,14 @@ void addOrExclude(DcMetaIndexCreator* imgr, const char* pattern, bool wanted, in
 // longer than the width; what is goes in pieces.
 void addFromList(DcMetaIndexCreator* imgr, std::ifstream& list) {
   std::string name;
-  while (list >> std::setw(PATH_MAX - 1) >> name) imgr->Add(name.c_str());
+  while (list >> std::setw(PATH_MAX - 1) >> name) {
+    if (name.find('\0') != std::string::npos) {
+      LOG(0, 1,
+          name.c_str() << " is followed by a zero byte and more, which is ignored; separate names "
+                          "by white space.");
+    }
+    imgr->Add(name.c_str());
+  }
 }
 
 }  // namespace

@@ -1,0 +1,386 @@
+// What users get wrong and what disks do: every case is one run of the command
+// over three good pages and something bad beside them. The good pages are to be
+// indexed, and the trouble to be told in the log or in one line of output.
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <ostream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "end_to_end/ProgramRun.h"
+
+namespace vandrelle::test {
+namespace {
+
+using Arguments = std::vector<std::string>;
+namespace fs = std::filesystem;
+
+constexpr int kGoodPages = 3;
+
+struct Trouble {
+  const char* name;
+  std::function<void(const fs::path&)> make;  // in the folder that is indexed
+  int documents;                              // in the index; -1 when none is to be made
+  std::vector<const char*> told;              // parts of the log, or of the output without an index
+  std::function<Arguments(const fs::path&)> options = nullptr;
+};
+void PrintTo(const Trouble& trouble, std::ostream* os) { *os << trouble.name; }
+
+std::string random(std::size_t bytes) {
+  std::string text(bytes, '\0');
+  unsigned state = 1;
+  for (char& byte : text) {
+    state = state * 1664525 + 1013904223;
+    byte = static_cast<char>(state >> 24);
+  }
+  return text;
+}
+
+std::string repeated(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
+std::function<void(const fs::path&)> page(const std::string& text) {
+  return [text](const fs::path& in) { write(in / "page.html", text); };
+}
+
+void removeGoodPages(const fs::path& in) {
+  for (const auto& entry : fs::directory_iterator(in)) fs::remove_all(entry);
+}
+
+// A file of this contents, beside the folder, as the value of an option.
+std::function<Arguments(const fs::path&)> fileOption(const char* option,
+                                                     const std::string& contents) {
+  return [option, contents](const fs::path& in) -> Arguments {
+    const fs::path path = in.parent_path() / "option";
+    std::string filled = contents;
+    for (std::size_t at; (at = filled.find('@')) != std::string::npos;)
+      filled.replace(at, 1, in.string());
+    write(path, filled);
+    return {option, path.string()};
+  };
+}
+
+std::function<Arguments(const fs::path&)> lastOption(const char* option) {
+  return [option](const fs::path&) -> Arguments { return {option}; };
+}
+
+std::function<Arguments(const fs::path&)> paths(const Arguments& names) {
+  return [names](const fs::path&) { return names; };
+}
+
+void manyLinks(const fs::path& in) {
+  fs::create_symlink("gone", in / "dangling.html");
+  fs::create_symlink("self.html", in / "self.html");
+  fs::create_directory(in / "sub");
+  fs::create_directory_symlink("../sub", in / "sub/round");
+  fs::create_directory_symlink("..", in / "sub/up");
+}
+
+void deepFolders(const fs::path& in) {
+  fs::path deep = in;
+  for (int i = 0; i < 500; ++i) deep /= "d";
+  write(deep / "page.html", "deep words");
+}
+
+void strangeNames(const fs::path& in) {
+  for (const char* name : {"q'uo\"te.html", "\xff\xfe.html", "-R.html", "$(x)%s%n.html"})
+    write(in / name, "words here");
+}
+
+std::vector<Trouble> troubles() {
+  const std::string word = "T" + std::string(99, 't') + " ";
+  return {
+      {"MissingPath", nullptr, 3, {"/nowhere.html doesn't exist."}, paths({"/nowhere.html"})},
+      {"LongName", nullptr, 3, {"xxxxxxxx"}, paths({std::string(1500, 'x')})},
+      {"NameNoSystemHolds", nullptr, 3, {"xxxxxxxx"}, paths({std::string(9000, 'x')})},
+      {"EmptyFile", page(""), 3, {"page.html is an empty file - not added."}},
+      {"Links",
+       manyLinks,
+       3,
+       {"self.html doesn't exist.", "dangling.html doesn't exist.",
+        "up is a directory that has already been added"}},
+      {"NamedPipe",
+       [](const fs::path& in) { mkfifo((in / "pipe.html").c_str(), 0600); },
+       3,
+       {"pipe.html is an empty file"}},
+      {"StrangeNames", strangeNames, 7, {}},
+      {"NameWithABlank",
+       [](const fs::path& in) { write(in / "a b.html", "words"); },
+       4,
+       {"up to its first white space", "can no longer be opened"}},
+      {"DeepFolders", deepFolders, 4, {}},
+      {"RandomBytes", page(random(1000000)), 4, {}},
+      {"OneLongLine", page(repeated("some words <b>and</b> ", 100000)), 4, {}},
+      {"ZeroBytes", page(repeated(std::string("w\0o\0", 4), 5000)), 4, {}},
+      {"MetaNeverClosed", page("<title>x</title><meta name=\"description\" content=\"abc"), 4, {}},
+      {"DescriptionWithoutQuote", page("<meta name=description content=abc def>words"), 4, {}},
+      {"DescriptionWithoutValue", page("<meta name=\"description\" content"), 4, {}},
+      {"ManyMetas", page(repeated("<meta name=description ", 20000)), 4, {}},
+      {"LongTitle", page("<title>" + repeated(word, 1000) + "</title>text"), 4, {}},
+      {"LongDescription",
+       page("<meta name=\"description\" content=\"" + repeated(word, 1000) + "\">"),
+       4,
+       {}},
+      {"ManyOfOneWord", page(repeated("many ", 70000)), 4, {"Frequency too large for doc #"}},
+      {"NoWordsInOne", page("<p>. , -</p>"), 4, {}},
+      {"NoDocuments", removeGoodPages, -1, {"no valid files added to index - no index built"}},
+      {"NoWords",
+       [](const fs::path& in) { removeGoodPages(in), page("<title>.</title> .,")(in); },
+       -1,
+       {"No words found in any of 1 documents - no index built."}},
+      {"OneWord", [](const fs::path& in) { removeGoodPages(in), page("alone")(in); }, 1, {}},
+      {"BrokenExclusions",
+       nullptr,
+       2,
+       {"\"[abc\" does not compile", "good1 - Excluded."},
+       fileOption("-excl", "[abc\n((\ngood1\n@/in")},
+      {"EmptyExclusion", nullptr, -1, {"no valid files added"}, fileOption("-excl", "\ngood1")},
+      {"ExclusionWithCarriageReturn",
+       nullptr,
+       3,
+       {"line 1: the pattern ends in a carriage return"},
+       fileOption("-excl", "good1\r\n")},
+      {"ListOfMissingFiles",
+       nullptr,
+       3,
+       {"/nowhere doesn't exist."},
+       fileOption("-flist", "/nowhere\r\n@/good0.html\r\n")},
+      {"ListWithZeroByte",
+       nullptr,
+       3,
+       {"good0.html is followed by a zero byte"},
+       fileOption("-flist", std::string("@/good0.html\0@/good1.html\0", 26))},
+      {"MissingList",
+       nullptr,
+       -1,
+       {"Coudn't open filelist '/nowhere'."},
+       paths({"-flist", "/nowhere"})},
+      {"OddMapFile",
+       nullptr,
+       3,
+       {"'http://y/' has no file prefix"},
+       fileOption("-mapfile", "http://x/ @ http://y/")},
+      {"SpiderPageWithoutTabs",
+       [](const fs::path& in) {
+         write(in.parent_path() / "spider/page.html", "http\thost\nwords");
+       },
+       4,
+       {},
+       [](const fs::path& in) -> Arguments {
+         return {"-spider", (in.parent_path() / "spider").string()};
+       }},
+      {"ListOptionWithoutValue", nullptr, 3, {}, lastOption("-flist")},
+      {"StemOptionWithoutValue", nullptr, 3, {}, lastOption("-stem")},
+      {"NumberOptionWithoutValue", nullptr, 3, {}, lastOption("-nss")},
+      {"LogOptionWithoutValue", nullptr, 3, {}, lastOption("-log")},
+  };
+}
+
+class BadInput : public testing::TestWithParam<Trouble> {};
+
+TEST_P(BadInput, IsToldAndLeavesTheOthersIndexed) {
+  const Trouble& trouble = GetParam();
+  const TemporaryFolder folder;
+  const fs::path in = folder / "in";
+  for (int i = 0; i < kGoodPages; ++i) {
+    write(in / ("good" + std::to_string(i) + ".html"), "apples word" + std::to_string(i));
+  }
+  fs::create_directories(folder / "out");
+  const std::string root = folder / "out/a root";
+  Arguments arguments{"-R", root, "-html", "-fsum", in.string()};
+  if (trouble.make) trouble.make(in);
+  if (trouble.options) {
+    for (const std::string& argument : trouble.options(in)) arguments.push_back(argument);
+  }
+
+  const ProgramRun result = run(folder, "vandrelleIndex", arguments);
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(result.signal, 0);
+  const std::string log = contentsOf(root + ".log");
+  if (trouble.documents >= 0) {
+    EXPECT_EQ(result.output, "");
+    EXPECT_NE(log.find("Total Docs: " + std::to_string(trouble.documents) + ","), log.npos) << log;
+  } else {
+    EXPECT_EQ(result.output.rfind("VANDRELLEERROR: ", 0), 0u) << result.output;
+    EXPECT_EQ(result.output.find('\n'), result.output.size() - 1) << result.output;
+  }
+  for (const char* text : trouble.told) {
+    EXPECT_NE((trouble.documents >= 0 ? log : result.output).find(text), log.npos)
+        << text << '\n'
+        << log << result.output;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Matrix, BadInput, testing::ValuesIn(troubles()),
+                         [](const auto& trouble) { return std::string(trouble.param.name); });
+
+// The words of an earlier run would pass for those of documents without any.
+TEST(WordlessDocuments, HideTheFormerIndex) {
+  const TemporaryFolder folder;
+  const Arguments arguments{"-R", folder / "root", folder / "in"};
+  write(folder / "in/page.html", "apples");
+  EXPECT_EQ(run(folder, "vandrelleIndex", arguments).output, "");
+  write(folder / "in/page.html", "<title>.</title> .,");
+  EXPECT_NE(run(folder, "vandrelleIndex", arguments).output.find("No words found"),
+            std::string::npos);
+  const std::string shown = run(folder, "vandrelleDump", {"-R", folder / "root", "words"}).output;
+  EXPECT_EQ(shown.find("apples"), shown.npos) << shown;
+}
+
+// A file that vanishes or becomes something else between listing and indexing.
+// The log goes through a small pipe, so the run cannot have listed the other
+// pages before the line of the victim is read and the change is made.
+TEST(ChangingInput, LosesOnlyItself) {
+  const std::vector<std::function<void(const fs::path&)>> changes{
+      [](const fs::path& path) { fs::remove(path); },
+      [](const fs::path& path) { fs::resize_file(path, 3); },
+      [](const fs::path& path) { fs::remove(path), mkfifo(path.c_str(), 0600); },
+      [](const fs::path& path) { fs::remove(path), fs::create_directory(path); },
+  };
+  for (const auto& change : changes) {
+    const TemporaryFolder folder;
+    const std::string victim = folder / "victim.html";
+    write(victim, repeated("victim ", 1000));
+    for (int i = 0; i < 60; ++i) write(folder / "in" / (std::to_string(i) + ".html"), "other");
+    const std::string log = folder / "log";
+    ASSERT_EQ(mkfifo(log.c_str(), 0600), 0);
+    const int pipe = open(log.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    fcntl(pipe, F_SETPIPE_SZ, 4096);
+    std::atomic<bool> ended = false;
+    std::string text;
+    std::thread reader([&] {
+      bool changed = false;
+      char byte;
+      while (true) {
+        const bool last = ended;
+        if (read(pipe, &byte, 1) == 1) {
+          text += byte;
+          if (!changed && text.find("Indexed(Doc) ") != text.npos) change(victim), changed = true;
+        } else if (last) {
+          return;
+        } else {
+          usleep(200);
+        }
+      }
+    });
+    const std::string root = folder / "root";
+    const ProgramRun result =
+        run(folder, "vandrelleIndex", {"-R", root, "-log", log, victim, folder / "in"});
+    ended = true;
+    reader.join();
+    close(pipe);
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.output, "");
+    EXPECT_NE(text.find("Total Docs: 61,"), text.npos) << text;
+    const std::string row = run(folder, "vandrelleDump", {"-R", root, "row", "other"}).output;
+    EXPECT_NE(row.find("60 documents"), row.npos) << row;
+  }
+}
+
+// An index that needs a few hundred kilobytes, most of them for its words.
+class CutShort : public testing::Test {
+ protected:
+  void SetUp() override {
+    write(folder_ / "in/page.html", "<title>x</title>" + words(2000));
+    write(folder_ / "in/other.html", words(50));
+    fs::create_directories(folder_ / "out");
+  }
+
+  static std::string words(int count) {
+    std::string text;
+    unsigned state = 7;
+    for (int i = 0; i < count * 12; ++i) {
+      state = state * 1664525 + 1013904223;
+      text += i % 12 == 11 ? ' ' : static_cast<char>('a' + (state >> 24) % 26);
+    }
+    return text;
+  }
+
+  ProgramRun index() const {
+    return run(folder_, "vandrelleIndex", {"-R", folder_ / "out/r", folder_ / "in"});
+  }
+
+  void expectFailure(const std::string& where) const {
+    const ProgramRun result = index();
+    EXPECT_EQ(result.status, 0) << where << result.errors;
+    EXPECT_EQ(result.output.rfind("VANDRELLEERROR: ", 0), 0u) << where << result.output;
+    EXPECT_EQ(result.output.find('\n'), result.output.size() - 1) << where << result.output;
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(CutShort, FullDiskEndsTheRunAtAnyFile) {
+  for (const char* suffix : {".idx", "_one.idx", ".lst", ".lpt", ".dir", ".tmp000", ".sum", ".norm",
+                             ".norm.raw", ".trp", ".fidx", ".fnam"}) {
+    const fs::path file = folder_ / (std::string("out/r") + suffix);
+    fs::remove(file);
+    fs::create_symlink("/dev/full", file);
+    expectFailure(suffix);
+    fs::remove(file);
+  }
+  EXPECT_EQ(index().output, "");
+}
+
+TEST_F(CutShort, FullDiskEndsTheRunAtAnySize) {
+  rlimit unlimited;
+  getrlimit(RLIMIT_FSIZE, &unlimited);
+  for (const rlim_t bytes : {3000u, 5000u, 10000u, 20000u, 25000u}) {
+    const rlimit limit{bytes, unlimited.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    expectFailure(std::to_string(bytes) + " bytes ");
+  }
+  setrlimit(RLIMIT_FSIZE, &unlimited);
+  EXPECT_EQ(index().output, "");
+}
+
+TEST_F(CutShort, MissingFolderIsTold) {
+  fs::remove_all(folder_ / "out");
+  expectFailure("missing folder");
+}
+
+// The files of an index by name, without those that tell the time of the run.
+std::map<std::string, std::string> filesOf(const fs::path& folder) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    const std::string name = entry.path().filename();
+    if (name != "r.log" && name != "r.prog") files[name] = contentsOf(entry.path());
+  }
+  return files;
+}
+
+TEST_F(CutShort, KilledRunLeavesNothingThatANewOneMinds) {
+  ASSERT_EQ(index().output, "");
+  const auto fresh = filesOf(folder_ / "out");
+  for (const useconds_t wait : {3000u, 8000u, 15000u, 25000u, 40000u, 60000u}) {
+    const pid_t child = fork();
+    if (child == 0) {
+      const std::string root = folder_ / "out/r";
+      const std::string in = folder_ / "in";
+      setenv("VANDRELLE_CONFIG", "/nonexistent", 1);
+      execl(VANDRELLE_BIN_DIR "/vandrelleIndex", "vandrelleIndex", "-R", root.c_str(), in.c_str(),
+            static_cast<char*>(nullptr));
+      _exit(127);
+    }
+    usleep(wait);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    EXPECT_EQ(index().output, "");
+    EXPECT_EQ(filesOf(folder_ / "out"), fresh) << "killed after " << wait << " microseconds";
+  }
+}
+
+}  // namespace
+}  // namespace vandrelle::test

@@ -14,10 +14,7 @@ root=out/demo/site
 rm -rf out/demo
 mkdir -p out/demo
 
-# Without the two tables nothing is stemmed and no word is stopped.
-options=(-html -fsum)
-[[ -f build/release/table/stem.tbl ]] && options+=(-stem build/release/table/stem.tbl)
-[[ -f build/release/table/stop.ptr ]] && options+=(-stop build/release/table/stop)
+options=(-html -fsum -stem build/release/table/stem.tbl -stop build/release/table/stop)
 
 say "Indexing examples/site"
 echo "$programs/vandrelleIndex -R $root ${options[*]} examples/site"
@@ -37,4 +34,6 @@ dump() {
 dump
 dump words clo
 dump row bridge
-dump doc 0
+for document in 0 7 21; do dump doc "$document"; done
+dump digest 7
+dump stem clock

@@ -2,31 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <sstream>
 #include <string>
 
-#include "Fun/FdException.h"
 #include "Fun/FdQueue.h"
 #include "Fun/FdStack.h"
 #include "Fun/FdTable.h"
 #include "Fun/FdWrapper.h"
+#include "ThrownBy.h"
 
 namespace vandrelle {
 namespace {
-
-// The message of what `action` throws, with its family: "Fd: text".
-template <typename Action>
-std::string thrownBy(Action action) {
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    action();
-    return "nothing";
-  }
-  environment.restore_env();
-  std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
-  return std::string(caught->name()) + ": " + caught->message();
-}
 
 std::string keysOf(FdBag* bag) {
   std::string keys;
@@ -39,24 +25,6 @@ std::string keysOf(FdBag* bag) {
 
 int backwards(const void* a, int, const void* b, int) {
   return std::strcmp(static_cast<const char*>(b), static_cast<const char*>(a));
-}
-
-TEST(FdStack, LastInFirstOut) {
-  FdStack stack;
-  EXPECT_EQ(stack.getnext(nullptr, nullptr, nullptr, nullptr), 0);
-  stack.sort(backwards, 0);
-  FdSBag names(&stack, 0);
-  for (const char* name : {"one", "two", "three", "two"}) names.insert(name);
-  EXPECT_EQ(keysOf(&stack), "two three two one ");
-  EXPECT_TRUE(names.remove("two"));
-  EXPECT_EQ(keysOf(&stack), "three two one ");
-  stack.sort(backwards, 0);
-  EXPECT_EQ(keysOf(&stack), "two three one ");
-  char key[8];
-  int size = sizeof key;
-  EXPECT_EQ(stack.getnext(key, &size, nullptr, nullptr), 1);
-  EXPECT_STREQ(key, "two");
-  EXPECT_EQ(size, 4);
 }
 
 TEST(FdQueue, TailFollowsEveryRemoval) {
@@ -105,23 +73,6 @@ TEST(FdBag, SizesAreBounded) {
   EXPECT_EQ(queue.numElements(), 1);
 }
 
-TEST(FdBag, UnimplementedOperationsSaySo) {
-  struct Bare : FdList {
-    bool isEmpty() override { return true; }
-    void insert(const void*, int, const void*, int) override {}
-    bool remove(const void*, int, void*, int*) override { return false; }
-    bool find(const void*, int, void*, int*) override { return false; }
-    FdIterator* iterator() override { return nullptr; }
-  } bag;
-  const std::string end = " is unimplemented in this class";
-  std::stringstream stream;
-  EXPECT_EQ(thrownBy([&] { bag.numElements(); }), "FdUnimpl: int FdBag::numElements()" + end);
-  EXPECT_EQ(thrownBy([&] { stream >> &bag; }), "FdUnimpl: void FdBag::read(istream&)" + end);
-  EXPECT_EQ(thrownBy([&] { stream << &bag; }), "FdUnimpl: void FdBag::write(ostream&)" + end);
-  EXPECT_EQ(thrownBy([&] { bag.sort(backwards, 0); }),
-            "FdUnimpl: void FdList::sort(FdSortFunction)" + end);
-}
-
 TEST(FdBag, CopiesNoMoreThanThereIsRoomFor) {
   FdStack stack;
   const std::uint16_t number = 0x1234;
@@ -137,13 +88,6 @@ TEST(FdBag, CopiesNoMoreThanThereIsRoomFor) {
   size = 77;
   EXPECT_FALSE(stack.find("q", 2, room, &size));
   EXPECT_EQ(size, 77);
-}
-
-TEST(FdTable, SizesFollowTheHint) {
-  const int cases[][2] = {{2, 1}, {3, 1}, {8, 4}, {16, 8}, {31, 8}, {4096, 2048}, {8192, 2048}};
-  for (const auto& [hint, buckets] : cases) EXPECT_EQ(FdTable(hint).numBuckets(), buckets) << hint;
-  EXPECT_EQ(FdTable().numBuckets(), 16);
-  EXPECT_EQ(thrownBy([] { FdTable table(1); }).substr(0, 3), "Fd:");
 }
 
 TEST(FdTable, ReplacesAndCounts) {
@@ -165,12 +109,6 @@ TEST(FdTable, ReplacesAndCounts) {
   int sum = 0;
   for (FdSCStream<int> walk(table.iterator()); walk.more(); walk.next()) sum += walk.data();
   EXPECT_EQ(sum, (150 + 199) * 25 - 157);
-
-  FdCSBag<int> texts(new FdTable(8));
-  texts.insert(4, "four");
-  std::unique_ptr<char[]> found(texts.find(4));
-  EXPECT_STREQ(found.get(), "four");
-  EXPECT_EQ(texts.find(5), nullptr);
 }
 
 TEST(FdTable, WrittenFormIsARunOfPairs) {
@@ -202,23 +140,6 @@ TEST(FdTable, WrittenFormIsARunOfPairs) {
     cut >> &partial;
     EXPECT_LE(partial.numElements(), 2);
   }
-}
-
-TEST(FdStack, WrittenFormKeepsTheOrder) {
-  FdStack stack;
-  FdQueue queue;
-  for (const char* key : {"p", "q", "r"}) stack.insert(key, 2, nullptr, 0);
-  std::stringstream written;
-  written << &stack << &queue << &stack;
-  FdStack stackCopy;
-  written >> &stackCopy;
-  EXPECT_EQ(keysOf(&stackCopy), "r q p ");
-  FdQueue queueCopy;
-  written >> &queueCopy;
-  EXPECT_TRUE(queueCopy.isEmpty());
-  EXPECT_EQ(queueCopy.readSome(written, 2), 2);
-  queueCopy.insert("z", 2, nullptr, 0);
-  EXPECT_EQ(keysOf(&queueCopy), "r q z ");
 }
 
 }  // namespace

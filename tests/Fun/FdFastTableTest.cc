@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "Fun/FdException.h"
 #include "Fun/FdFastWordTable.h"
 #include "Fun/FdMultiAllocator.h"
 
@@ -41,11 +40,6 @@ TEST(FdFastTable, FirstMatchInGroupOrderWins) {
   EXPECT_EQ(data, 101u);
   EXPECT_FALSE(table.remove(5, &data));
   EXPECT_EQ(table.dataPointer(5), nullptr);
-}
-
-TEST(FdFastTable, SizeIsThePowerOfTwoNotBelow) {
-  const int cases[][2] = {{0, 1}, {1, 1}, {2, 2}, {3, 4}, {512, 512}, {513, 1024}};
-  for (const auto& [asked, buckets] : cases) EXPECT_EQ(FdFastTable(asked).numBuckets(), buckets);
 }
 
 TEST(FdFastTable, KeepsManyKeys) {
@@ -116,45 +110,6 @@ TEST(FdFastWordTable, FindsWordsWhoseHashesMeet) {
   EXPECT_FALSE(table.find(asWord(words[1]), nullptr));
   table.insert(asWord(words[1]), 7);
   EXPECT_TRUE(table.find(asWord(words[1]), nullptr));
-}
-
-TEST(FdAllocator, BlocksComeFromTheTopAndGoRound) {
-  FdAllocator allocator(12);
-  allocator.chunksize(3);
-  char* blocks[4];
-  for (int i = 0; i < 3; ++i) blocks[i] = static_cast<char*>(allocator.allocate());
-  EXPECT_EQ(blocks[0] - blocks[1], 12);
-  EXPECT_EQ(blocks[1] - blocks[2], 12);
-  EXPECT_EQ(allocator.totalBytes(), 36);
-  allocator.deallocate(blocks[1]);
-  EXPECT_EQ(allocator.allocate(), blocks[1]);
-  allocator.allocate();
-  EXPECT_EQ(allocator.totalBytes(), 72);
-  allocator.deallocateAll();
-  EXPECT_EQ(allocator.totalBytes(), 0);
-  allocator.allocate();
-  EXPECT_EQ(allocator.totalBytes(), 36);
-}
-
-TEST(FdAllocator, SmallestBlocks) {
-  FdAllocator four(4);
-  std::vector<std::uint32_t*> blocks;
-  for (std::uint32_t i = 0; i < 3000; ++i) {
-    blocks.push_back(static_cast<std::uint32_t*>(four.allocate()));
-    *blocks.back() = i;
-  }
-  for (std::uint32_t i = 0; i < 3000; ++i) ASSERT_EQ(*blocks[i], i);
-
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    FdAllocator three(3);
-    FAIL() << "a block of 3 bytes was taken";
-  }
-  environment.restore_env();
-  Exception* caught = ExceptionManager::instance()->pop();
-  EXPECT_STREQ(caught->name(), "Fatal");
-  EXPECT_STREQ(caught->message(), "FdAllocator: blocksize must be greater than 4");
-  delete caught;
 }
 
 TEST(FdMultiAllocator, ServesEverySize) {

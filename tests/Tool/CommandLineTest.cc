@@ -80,23 +80,6 @@ TEST(CommandLine, VectorAndFileReadAlike) {
   }
 }
 
-TEST(CommandLine, LaterSourceWinsAndNumbersStartAnew) {
-  CommandLine line;
-  declare(&line);
-  std::istringstream file("first -R root second -n 3");
-  line.parse(file);
-  parseVector(&line, {"-n", "4.5", "third"});
-  EXPECT_EQ(outcome(line), "..[root][4.5]. first second third");
-  EXPECT_EQ(line.numUnusedArgs(), 2);
-  EXPECT_STREQ(line.unusedArg(0), "third");
-  EXPECT_STREQ(line.unusedArg(1), "second");
-  EXPECT_EQ(line.unusedArg(2), nullptr);
-  EXPECT_EQ(line.int_arg("count"), 4);
-  EXPECT_EQ(line.float_arg("count"), 4.5f);
-  EXPECT_EQ(line.int_arg("nothing"), 0);
-  line.parse("/nonexistent/file");
-}
-
 TEST(CommandLine, OrderOfDeclarationDecides) {
   CommandLine prefixFirst;
   prefixFirst.arg_single("prefix", "-t", nullptr);

@@ -1,38 +1,20 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstring>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "ThrownBy.h"
 #include "Tool/BitField.h"
-#include "Tool/FastBitVector.h"
 #include "Tool/GetLine.h"
 #include "Tool/MD5.h"
-#include "Tool/Random.h"
 #include "Tool/RegularExpression.h"
-#include "Tool/ToolException.h"
 #include "Tool/VandrelleLog.h"
-#include "Tool/VdString.h"
-#include "Tool/oprintf.h"
 
 namespace vandrelle {
 namespace {
-
-template <typename Action>
-std::string thrownBy(Action action) {
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    action();
-    return "nothing";
-  }
-  environment.restore_env();
-  std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
-  return std::string(caught->name()) + ": " + caught->message();
-}
 
 TEST(BitField, RunsMaySpanTwoBytes) {
   const unsigned char data[] = {0x80, 0x01};
@@ -61,36 +43,6 @@ TEST(BitField, PutLeavesTheOtherBits) {
       }
     }
   }
-}
-
-TEST(BitField, CopiesAnyNumberOfBits) {
-  unsigned char source[8];
-  for (int i = 0; i < 8; ++i) source[i] = static_cast<unsigned char>(i * 37 + 11);
-  for (const int bits : {0, 1, 8, 9, 16, 33}) {
-    unsigned char target[8] = {};
-    BitField::copy(source, 5, target, 3, bits);
-    for (int i = 0; i < 61; ++i) {
-      EXPECT_EQ(BitField::get(target, 3 + i, 1), i < bits ? BitField::get(source, 5 + i, 1) : 0);
-    }
-  }
-}
-
-TEST(FastBitVector, BitsCountFromTheLowOne) {
-  FastBitVector bits(10);
-  bits.bit(0, 1);
-  bits.bit(9, 7);
-  EXPECT_EQ(bits.bits()[0], 1);
-  EXPECT_EQ(bits.bits()[1], 2);
-  bits.bit(0, 0);
-  std::ostringstream os;
-  bits.dump(os);
-  EXPECT_EQ(os.str(), "0000000001");
-  EXPECT_EQ(thrownBy([&] { bits.bit(10); }).substr(0, 10), "BitVector:");
-  u_char place[2] = {0xff, 0xff};
-  FastBitVector over(9, place);
-  EXPECT_EQ(over.bit(8), 1);
-  over.clear();
-  EXPECT_EQ(place[1], 0);
 }
 
 std::string md5(const std::string& text, unsigned step) {
@@ -126,37 +78,6 @@ TEST(MD5, KnownDigests) {
   }
 }
 
-TEST(VdString, CopiesShareUntilOneIsChanged) {
-  VdString text("root");
-  VdString copy(text);
-  EXPECT_EQ(static_cast<const char*>(text), static_cast<const char*>(copy));
-  copy += ".suffix";
-  EXPECT_STREQ(text, "root");
-  EXPECT_STREQ(copy, "root.suffix");
-  copy += copy;
-  text = copy;
-  text = static_cast<const VdString&>(text);
-  copy = "other";
-  EXPECT_STREQ(text, "root.suffixroot.suffix");
-  EXPECT_STREQ(VdString(nullptr), "");
-}
-
-TEST(Random, BoundsAreKept) {
-  for (int i = 0; i < 100; ++i) {
-    EXPECT_EQ(Random::integer(5, 5), 5);
-    const int number = Random::integer(-1, 1);
-    EXPECT_TRUE(number >= -1 && number <= 1);
-    EXPECT_LT(Random::integer(3), 3);
-    const float real = Random::real(2, 4);
-    EXPECT_TRUE(real >= 2 && real <= 4);
-  }
-  EXPECT_EQ(Random::integer(0), 0);
-  Random::seed(42);
-  const int first = Random::integer(1000000);
-  Random::seed(42);
-  EXPECT_EQ(Random::integer(1000000), first);
-}
-
 TEST(GetLine, LongLinesComeInPieces) {
   std::istringstream is("abc\n\nabcdefgh\nabcdefg\nxy");
   std::string pieces;
@@ -164,19 +85,6 @@ TEST(GetLine, LongLinesComeInPieces) {
   while (getline(&is, buffer, sizeof buffer, '\n')) pieces += std::string("[") + buffer + "]";
   EXPECT_EQ(pieces, "[abc][][abcdefg][h][abcdefg][xy]");
   EXPECT_STREQ(buffer, "");
-}
-
-TEST(oprintf, FormatsLikePrintf) {
-  std::ostringstream os;
-  os << std::hex << oprintf("%d|%5u|%-5i|%05d|%x|%X|%o|%c", -3, 7u, 12, -42, 255, -1, 8, 'c');
-  EXPECT_EQ(os.str(), "-3|    7|12   |-0042|ff|FFFFFFFF|10|c");
-  os.str("");
-  os << oprintf("%.2E %6.1f %g %s %.2s %*d 100%% \\t\\\\ %s %d", 12345.678, 2.25, 0.5, "text",
-                "text", 4, 9, static_cast<const char*>(nullptr));
-  EXPECT_EQ(os.str(), "1.23E+04    2.2 0.5 text te    9 100% \t\\ (null) ");
-  os.str("");
-  os << 17 << oprintf("%") << oprintf("\\");
-  EXPECT_EQ(os.str(), "11\\");
 }
 
 TEST(RegularExpression, SearchesAnywhere) {

@@ -11,9 +11,8 @@
 #include <sstream>
 #include <string>
 
+#include "ThrownBy.h"
 #include "Tool/NameManager.h"
-#include "Tool/Timer.h"
-#include "Tool/ToolException.h"
 #include "Tool/VandrelleLog.h"
 #include "Tool/VersionControl.h"
 
@@ -21,18 +20,6 @@ namespace vandrelle {
 namespace {
 
 namespace fs = std::filesystem;
-
-template <typename Action>
-std::string thrownBy(Action action) {
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    action();
-    return "nothing";
-  }
-  environment.restore_env();
-  std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
-  return std::string(caught->name()) + ": " + caught->message();
-}
 
 class InDirectory : public testing::Test {
  protected:
@@ -62,38 +49,6 @@ using SysToolsTest = InDirectory;
 using VandrelleLogTest = InDirectory;
 using VersionControlTest = InDirectory;
 
-TEST_F(SysToolsTest, MapModes) {
-  const std::string path = file("data", "0123456789");
-  int size = 0;
-  int fd = -1;
-  auto* shared = static_cast<char*>(SysTools::map(path.c_str(), 2, &size, &fd));
-  EXPECT_EQ(size, 10);
-  shared[0] = 'X';
-  EXPECT_EQ(contentOf(path), "X123456789");
-  close(fd);
-  SysToolsMapObject map(path.c_str(), 1, 0);
-  static_cast<char*>(map.addr())[1] = 'Y';
-  EXPECT_EQ(contentOf(path), "X123456789");
-  map.bind(path.c_str(), 3, 4);  // a given length is taken as it stands
-  EXPECT_EQ(map.len(), 4);
-  map.release();
-  map.release();
-  EXPECT_EQ(map.fd(), -1);
-  EXPECT_EQ(map.addr(), nullptr);
-}
-
-TEST_F(SysToolsTest, MapFailures) {
-  const std::string missing = (directory_ / "missing").string();
-  const std::string empty = file("empty", "");
-  SysToolsMapObject map;
-  EXPECT_EQ(thrownBy([&] { map.bind(missing.c_str(), 5, 0); }), "SysTools: map(): invalid mode");
-  EXPECT_EQ(thrownBy([&] { map.bind(missing.c_str(), 0, 0); }),
-            "SysTools: couldn't open() file \"" + missing + "\": No such file or directory");
-  EXPECT_EQ(thrownBy([&] { map.bind(empty.c_str(), 0, 0); }),
-            "SysTools: mmap failed: Invalid argument");
-  EXPECT_EQ(thrownBy([] { SysTools::getLimit(3); }), "SysTools: Invalid resource type");
-}
-
 TEST_F(SysToolsTest, RemovesFilesByExpression) {
   for (const char* name : {"a.tmp1", "b.tmp", "tmp.c", "keep"}) file(name, "");
   std::ostringstream said;
@@ -106,16 +61,6 @@ TEST_F(SysToolsTest, RemovesFilesByExpression) {
   EXPECT_EQ(SysTools::removeFiles("/nonexistent", "."), 0);
   EXPECT_EQ(said.str(), "Warning: directory /nonexistent can't be opened for reading\n\n");
   EXPECT_TRUE(SysTools::fileExists((directory_ / "keep").c_str()));
-}
-
-TEST_F(SysToolsTest, FreeSpaceWritesAndCleansUp) {
-  file("a3q", "taken");
-  const std::string root = (directory_ / "root").string();
-  EXPECT_TRUE(SysTools::freeSpace(root.c_str(), 33));
-  EXPECT_TRUE(SysTools::freeSpace(root.c_str(), 0));
-  EXPECT_EQ(std::distance(fs::directory_iterator(directory_), fs::directory_iterator()), 1);
-  EXPECT_FALSE(SysTools::freeSpace((std::string(1015, 'x')).c_str(), 1));
-  EXPECT_FALSE(SysTools::freeSpace((directory_ / "none" / "root").c_str(), 1));
 }
 
 // A device of 40 kilobytes, made by a limit on the size of files.
@@ -133,11 +78,6 @@ TEST_F(SysToolsTest, FreeSpaceFindsTheEndOfTheDevice) {
   EXPECT_TRUE(fits);
   EXPECT_FALSE(tooMuch);
   EXPECT_TRUE(fs::is_empty(directory_));
-}
-
-TEST(SysToolsDeathTest, OutOfMemoryEndsTheRun) {
-  EXPECT_EXIT(SysTools::memoryError(), testing::ExitedWithCode(255),
-              "Out of memory! Exiting\\.\\.\\.\n");
 }
 
 TEST(NameManager, SuffixesShareOneBuffer) {
@@ -169,21 +109,6 @@ TEST_F(VandrelleLogTest, TypesGoToTheirStreams) {
   LOG(2, 1, "short");
   EXPECT_EQ(errors.str(), "error ff\n");
   EXPECT_EQ(standard.str(), "entry 255\n" + std::string(255, 'x') + "\nshort\n");
-}
-
-TEST(Timer, PrintsWhatHasPassed) {
-  std::unique_ptr<Timer> timer(Timer::Create());
-  timer->reset();
-  for (int run = 0; run < 2; ++run) {
-    timer->start();
-    usleep(2000);
-    timer->stop();
-  }
-  EXPECT_GE(timer->seconds() * 1000 + timer->mseconds(), 4);
-  std::ostringstream text;
-  timer->reset();
-  text << timer.get();
-  EXPECT_EQ(text.str(), "0 secs, 0 msecs");
 }
 
 TEST_F(VersionControlTest, StampsAreBigEndianWords) {

@@ -28,16 +28,6 @@ std::unique_ptr<KdFileAccessor> bound(const std::string& root) {
   return std::unique_ptr<KdFileAccessor>(KfKeyFileManager::KdBind(root.c_str()));
 }
 
-std::string hex(const std::string& bytes) {
-  std::string text;
-  for (unsigned char byte : bytes) {
-    char digits[4];
-    std::snprintf(digits, sizeof digits, "%02x", byte);
-    text += digits;
-  }
-  return text;
-}
-
 std::string text(const void* word) {
   std::ostringstream os;
   os << *static_cast<const WmWord*>(word);
@@ -140,13 +130,6 @@ TEST(KdStop, Limits) {
             "IO: Need non-null name for key/pointer files.");
 }
 
-TEST(KdStop, SaysWhichKeyIsDropped) {
-  TestDirectory directory;
-  testing::internal::CaptureStdout();
-  create(directory / "k", 128, 12, {{"b", "x"}, {"aa", ""}});
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "Key out of order, left out: aa\n");
-}
-
 TEST(KdStop, OffsetsHaveTheirLimit) {
   TestDirectory directory;
   Entries entries;
@@ -200,7 +183,7 @@ TEST(KdStop, GivesBackWhatWentIn) {
   }
 }
 
-// Words that no such file has, and operations that it does not offer.
+// Words that no such file has, among them such as are longer than its keys.
 TEST(KdStop, WhatIsNotThere) {
   TestDirectory directory;
   create(directory / "k", 128, 12, {{"c3po", ""}, {"can", ""}, {"cat", ""}, {"d", ""}});
@@ -211,41 +194,6 @@ TEST(KdStop, WhatIsNotThere) {
     EXPECT_EQ(lookedUp(*accessor, word), "(none)") << word;
   }
   EXPECT_EQ(lookedUp(*accessor, "cat"), "");
-  const std::string prefix = "KdAccess: KdStopAccessor::";
-  EXPECT_EQ(thrownBy([&] { accessor->Lookup(0, nullptr); }),
-            prefix + "Lookup(int32, WmWord*) is unimplemented");
-  EXPECT_EQ(thrownBy([&] { accessor->Lookup(WmLocalWord("cat").word(), nullptr); }),
-            prefix + "Lookup(WmWord*, int32*) is unimplemented");
-  EXPECT_EQ(thrownBy([&] { accessor->Num_Entries(); }), prefix + "Num_Entries() is unimplemented");
-  EXPECT_EQ(thrownBy([&] { accessor->Lookup(nullptr, nullptr, nullptr); }),
-            "KdAccess: Must search for non-null word");
-  const std::string root = directory / "k";
-  EXPECT_EQ(thrownBy([&] { KfKeyFileManager::KdCreate(root.c_str(), 128, 15, 0); }),
-            "KdCreate: Key files of type 15 can't be written.");
-}
-
-// The table of first letters of another writer, or of a damaged file, costs time
-// but no answer.
-TEST(KdStop, FirstLettersAreOnlyAHint) {
-  TestDirectory directory;
-  const std::string root = directory / "k";
-  Entries entries;
-  for (char first : {'b', 'c', 'x'}) {
-    for (char second = 'a'; second <= 'z'; ++second) {
-      entries.emplace_back(std::string{first, second, 'o', 'r', 'd'}, "");
-    }
-  }
-  create(root, 20, 12, entries);
-  std::string ptr = fileBytes(root + ".ptr");
-  std::mt19937 random(9);
-  for (int round = 0; round < 20; ++round) {
-    for (std::size_t i = ptr.size() - 52; i < ptr.size(); ++i) {
-      ptr[i] = round == 0 ? '\xff' : static_cast<char>(i % 2 == 0 ? 0 : random() % 60);
-    }
-    writeFile(root + ".ptr", ptr);
-    const std::unique_ptr<KdFileAccessor> accessor = bound(root);
-    for (const auto& [key, data] : entries) ASSERT_EQ(lookedUp(*accessor, key), data) << key;
-  }
 }
 
 TEST(KdStop, DamagedFilesAreErrors) {

@@ -8,7 +8,6 @@
 #include <random>
 #include <vector>
 
-#include "KeyFile/KdMmapAccessor.h"
 #include "KeyFile/KfKeyFileManager.h"
 #include "Storage/StorageTestSupport.h"
 
@@ -38,16 +37,6 @@ void create(const std::string& root, int chunkSize, int type, int dataSize,
 
 std::unique_ptr<KdFileAccessor> bound(const std::string& root, int accessType = 0) {
   return std::unique_ptr<KdFileAccessor>(KfKeyFileManager::KdBind(root.c_str(), accessType));
-}
-
-std::string hex(const std::string& bytes) {
-  std::string text;
-  for (unsigned char byte : bytes) {
-    char digits[4];
-    std::snprintf(digits, sizeof digits, "%02x", byte);
-    text += digits;
-  }
-  return text;
 }
 
 std::string text(const WmWord& word) {
@@ -113,131 +102,53 @@ TEST(KeyFile, BytesOfSmallFiles) {
        128,
        1,
        {{"a", "1"}, {"ab", "2"}, {"abc", "3"}},
-       "0031"
-       "61"
-       "0232"
-       "62"
-       "0333"
-       "616263",
-       "00000009"
-       "00000080"
-       "00000001"
-       "0000000b"
-       "00000002"
-       "00000000"
-       "0001"
-       "61"
-       "00000000"
-       "00000006"
-       "0003"
-       "616263"
-       "00000002"},
+       "0031610232620333616263",
+       "0000000900000080000000010000000b00000002000000000001610000000000000006000361626300000002"},
       {"mapped",
        14,
        512,
        5,
        {{"a", d5}, {"ab", d5}, {"b", d5}, {"b", "EEEEE"}, {"abc", d5}},
-       "004444444444"
-       "61"
-       "024444444444"
-       "62"
-       "004444444444"
-       "62",
-       "0000000e"
-       "00000200"
-       "00000005"
-       "00000015"
-       "00000002"
-       "00000000"
-       "00000000"
-       "00000000"
-       "0000000e"
-       "00000002"
-       "00000002"
-       "0161"
-       "0162"},
+       "004444444444610244444444446200444444444462",
+       "0000000e000002000000000500000015000000020000000000000000000000000000000e0000000200000002"
+       "01610162"},
       {"one word",
        16,
        512,
        0,
        {{"word", ""}},
-       "06"
-       "776f7264",
-       "00000010"
-       "00000200"
-       "00000000"
-       "00000005"
-       "00000001"
-       "00000000"
-       "00000000"
-       "00000000"
-       "04776f7264"},
-      {"no words",
-       14,
-       512,
-       5,
-       {},
-       "",
-       "0000000e"
-       "00000200"
-       "00000005"
-       "00000000"
-       "00000000"},
+       "06776f7264",
+       "000000100000020000000000000000050000000100000000000000000000000004776f7264"},
+      {"no words", 14, 512, 5, {}, "", "0000000e00000200000000050000000000000000"},
       // c = 2, a = 0, t = 19, s = 18: 00010 00000 10011 | 10010
       {"packed, constant",
        8,
        128,
        2,
        {{"CAT", "xy"}, {"cats", "zz"}},
-       "037879024c"
-       "067a7a024c09",
-       "00000008"
-       "00000080"
-       "00000002"
-       "0000000b"
-       "00000002"
-       "00000000"
-       "0003"
-       "636174"
-       "00000000"
-       "00000005"
-       "0004"
-       "63617473"
+       "037879024c067a7a024c09",
+       "0000000800000080000000020000000b000000020000000000036361740000000000000005000463617473"
        "00000001"},
       {"packed, varying",
        7,
        128,
        9,
        {{"c", ""}, {"c'", "abc"}, {"d7", "z"}},
-       "000002"
-       "02036162631c"
-       "01017aa303",
+       "00000202036162631c01017aa303",
        nullptr},
       {"aligned, varying, a map of three bytes",
        10,
        128,
        0,
        {{"lla", "q"}, {"llaz", ""}, {long23, "r"}},
-       "030171"
-       "6c6c61"
-       "0900"
-       "7a"
-       "ff00170172"
-       "6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c",
+       "0301716c6c6109007aff001701726c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c",
        nullptr},
       {"inline",
        11,
        128,
        4,
        {{"a", "1234"}, {"ab", ""}, {"ac", "5678"}},
-       "00"
-       "e1"
-       "31323334"
-       "02"
-       "62"
-       "01"
-       "e163"
-       "35363738",
+       "00e131323334026201e16335363738",
        nullptr},
   };
   for (const Case& c : cases) {
@@ -315,27 +226,6 @@ TEST(KeyFile, EveryKindGivesBackWhatWentIn) {
   }
 }
 
-TEST(KeyFile, ChunksKeepTheirSizeAndPointerFilesTheirSum) {
-  TestDirectory directory;
-  std::vector<Entry> entries;
-  for (int i = 0; i < 400; ++i) {
-    std::string word(60, 'm');
-    word.replace(57, 3, std::to_string(100 + i));
-    entries.push_back({word, "12345"});
-  }
-  create(directory / "a", 512, 14, 5, entries);
-  create(directory / "b", 512, 16, 5, entries);
-  const std::string ptr = fileBytes(directory / "a.ptr");
-  const uint32 chunks = loadU32(ptr.data() + 16);
-  EXPECT_EQ(ptr.size(), 20 + 12 * chunks + 61 * chunks);
-  for (uint32 i = 1; i < chunks; ++i) {
-    const char* record = ptr.data() + 20 + 12 * i;
-    EXPECT_LE(loadU32(record) - loadU32(record - 12), 512u);
-  }
-  EXPECT_EQ(fileBytes(directory / "a.key"), fileBytes(directory / "b.key"));
-  EXPECT_EQ(ptr.substr(4), fileBytes(directory / "b.ptr").substr(4));
-}
-
 TEST(KeyFile, StreamsTellSharedLettersAndTheirOddResets) {
   TestDirectory directory;
   create(directory / "k", 128, 9, 1, {{"a", "1"}, {"ab", "2"}, {"b", "3"}, {"bad", "4"}});
@@ -398,58 +288,6 @@ TEST(KeyFile, WordsThatDoNotFitAChunk) {
   EXPECT_EQ(adding(std::string(23, 'a'), "b"), tooLong);
   EXPECT_EQ(adding("aa", "b" + std::string(30, 'c')), tooLong);
   EXPECT_EQ(adding("ab", "a" + std::string(30, 'c')), tooLong);
-}
-
-TEST(KfKeyFileManager, Refusals) {
-  TestDirectory directory;
-  const std::string root = directory / "k";
-  const auto creating = [&](const char* name, int chunk, int type, int data) {
-    return thrownBy([&] { KfKeyFileManager::KdCreate(name, chunk, type, data); });
-  };
-  EXPECT_EQ(creating(root.c_str(), 512, 6, 5), "KdCreate: Invalid type passed to KdCreate");
-  EXPECT_EQ(creating(root.c_str(), 512, 17, 5), "KdCreate: Invalid type passed to KdCreate");
-  EXPECT_EQ(creating(nullptr, 512, 9, 5), "IO: Need non-null name for key/pointer files.");
-  EXPECT_EQ(creating(nullptr, 512, 14, 5), "IO: Need non-null name for key/ptr files.");
-  EXPECT_EQ(creating(root.c_str(), 5, 9, 5), "KdInit: Chunk size must be greater than data size.");
-  EXPECT_EQ(creating(root.c_str(), -5, 14, -6), "KdInit: Chunk size must be a positive integer.");
-
-  const auto binding = [&](int access) { return thrownBy([&] { bound(root, access); }); };
-  EXPECT_EQ(binding(0), "KdAccess: Can't open key file " + root + ".key");
-  writeFile(root + ".key", "");
-  EXPECT_EQ(binding(0), "KdAccess: Can't open pointer file: " + root + ".ptr");
-  for (int code : {6, 17}) {
-    writeFile(root + ".ptr",
-              std::string(3, '\0') + static_cast<char>(code) + std::string(16, '\0'));
-    EXPECT_EQ(binding(0), "KdAccess: Unexpected field in pointer file.");
-  }
-  create(root, 128, 14, 1, {{"a", "1"}});
-  EXPECT_EQ(binding(15), "KdAccess: This parameter is only used for mem-maps15");
-  EXPECT_EQ(bound(root, 14)->keyMap(), nullptr);
-  EXPECT_NE(bound(root, 16)->keyMap(), nullptr);
-  EXPECT_NE(bound(root, 16)->ptrMap(), nullptr);
-  EXPECT_EQ(thrownBy([&] { bound(root)->Lookup(static_cast<WmWord*>(nullptr), nullptr); }),
-            "IO: Must search for non-null word");
-  EXPECT_EQ(thrownBy([&] { bound(root)->Lookup(nullptr, nullptr, nullptr); }),
-            "IO: Must search for non-null word.");
-}
-
-TEST(KfKeyFileManager, ConvertsPointerFiles) {
-  TestDirectory directory;
-  const std::string root = directory / "k";
-  std::vector<Entry> entries;
-  for (const std::string& word : vocabulary(500, "abcdxyz12")) entries.push_back({word, "12345"});
-  create(root, 100, 9, 5, entries);
-  create(directory / "mapped", 100, 14, 5, entries);
-  const std::string old = fileBytes(root + ".ptr");
-  KfKeyFileManager::ConvertPtrFileToMmap(root.c_str());
-  EXPECT_EQ(fileBytes(root + ".ptr.old"), old);
-  EXPECT_EQ(fileBytes(root + ".ptr"), fileBytes(directory / "mapped.ptr"));
-  EXPECT_EQ(streamed(*bound(root, 16)).size(), 500u);
-  create(directory / "none", 100, 9, 5, {});
-  EXPECT_EQ(thrownBy([&] { KfKeyFileManager::ConvertPtrFileToMmap((directory / "none").c_str()); }),
-            "KdAccess: No entries in ptr file.");
-  EXPECT_EQ(thrownBy([&] { KfKeyFileManager::ConvertPtrFileToMmap((directory / "no").c_str()); }),
-            "KdAccess: Pointer file doesn't exist; cannot convert to mmap version.");
 }
 
 // Everything that a caller does with a table, on files that are cut short or have

@@ -4,7 +4,6 @@
 #include <random>
 
 #include "Storage/StArray.h"
-#include "Storage/StInputBuffer.h"
 #include "Storage/StMapStorage.h"
 #include "Storage/StPosMapBinder.h"
 #include "Storage/StPosMapCreator.h"
@@ -22,45 +21,18 @@ std::string counted(int count) {
   return bytes;
 }
 
-TEST(StInputBuffer, WindowsAndSeeks) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
-  const std::string bytes = counted(1000);
-  writeFile(root, bytes);
-  auto* storage = new StFileStorage(root.c_str(), true);
-  storage->Open(false, false);
-  StInputBuffer in(storage, 64, true);
-  for (int i = 0; i < 1000; ++i) ASSERT_EQ(in.get(), static_cast<unsigned char>(bytes[i]));
-  EXPECT_EQ(in.tellg(), StStoragePos(1000));
-  EXPECT_EQ(thrownBy([&] { in.get(); }), "St: Attempt to read past end of file!");
-  for (uint32 pos : {0u, 63u, 64u, 62u, 999u, 128u, 100u}) {
-    in.seekg(pos);
-    EXPECT_EQ(in.tellg(), StStoragePos(pos));
-    EXPECT_EQ(in.get(), static_cast<unsigned char>(bytes[pos]));
-  }
-  for (const StStoragePos& pos : {StStoragePos(1000), StStoragePos(0xFFFFFFFF, 0xFFFFFFFF)}) {
-    in.seekg(pos);
-    EXPECT_EQ(thrownBy([&] { in.get(); }), "St: Attempt to read past end of file!");
-  }
-}
-
 TEST(StMapStorage, ReadsToTheLastByteAndRefusesTheRest) {
   TestDirectory directory;
   const std::string root = directory / "s";
   const std::string tail = " (file \"" + root + "\")";
   writeFile(root, "abc\x01\x02");
   StMapStorage storage(root.c_str());
-  EXPECT_EQ(thrownBy([&] { storage.Open(true, false); }),
-            "St: Can't open writable StMapStorage" + tail);
-  EXPECT_EQ(thrownBy([&] { storage.Open(false, true); }), "St: Can't create StMapStorage" + tail);
   storage.Open(false, false);
   EXPECT_EQ(storage.MaxPos(), StStoragePos(5));
   EXPECT_EQ(storage.Get(4, 1, kStRead, kStDefaultAdvice).data()[0], 2);
   const std::string past = "St: Buffer past end-of-file" + tail;
   EXPECT_EQ(thrownBy([&] { storage.Get(4, 2, kStRead, kStDefaultAdvice); }), past);
   EXPECT_EQ(thrownBy([&] { storage.Get(StStoragePos(1, 0), 1, kStRead, kStDefaultAdvice); }), past);
-  EXPECT_EQ(thrownBy([&] { storage.Initialize(); }), "St: Can't initialize StMapStorage" + tail);
-  EXPECT_EQ(thrownBy([&] { storage.SetMaxPos(0); }), "St: Can't SetMaxPos on StMapStorage" + tail);
   StArray<std::uint16_t> numbers(&storage, 1);
   EXPECT_EQ(numbers[1], 0x0102);
   EXPECT_EQ(thrownBy([&] { numbers[2]; }), past);

@@ -1,5 +1,5 @@
 // What the tests of storages and key files share: a directory that goes with the
-// test, whole-file reads and writes, and the text of what an operation throws.
+// test, and whole-file reads and writes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 #include <sstream>
 #include <string>
 
-#include "Exception.h"
+#include "ThrownBy.h"
 
 namespace vandrelle {
 
@@ -38,19 +38,10 @@ inline void writeFile(const std::string& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-// "Family: message" of what `operation` throws, or "" if it returns.
-template <typename Operation>
-std::string thrownBy(Operation operation) {
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    operation();
-    return "";
-  }
-  environment.restore_env();
-  Exception* caught = ExceptionManager::instance()->pop();
-  std::string text = std::string(caught->name()) + ": " + caught->message();
-  delete caught;
-  return text;
+inline std::string hex(const std::string& bytes) {
+  std::ostringstream text;
+  for (unsigned char value : bytes) text << std::hex << value / 16 << value % 16;
+  return text.str();
 }
 
 }  // namespace vandrelle

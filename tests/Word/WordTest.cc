@@ -74,18 +74,6 @@ TEST(Word, Collation) {
   }
 }
 
-TEST(Word, CreatedWordsAreCopies) {
-  WmWord* empty = WmWord::Create("");
-  empty->num_letters(3);  // an empty word has room to become a short one
-  for (int i = 0; i < 3; ++i) empty->letter(i, 'Q');
-  WmWord* copy = WmWord::Create(*empty);
-  empty->makeInvalid();
-  EXPECT_EQ(text(*copy), "qqq");
-  EXPECT_EQ(text(*empty), "");
-  delete empty;
-  delete copy;
-}
-
 TEST(MagicWord, SharesAndReleases) {
   WmMagicWord a("Word");
   {

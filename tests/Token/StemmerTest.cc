@@ -110,19 +110,6 @@ TEST_F(Stemming, RefusedRules) {
   }
 }
 
-TEST_F(Stemming, MissingFiles) {
-  std::string message;
-  EXPECT_EQ(load(path("none"), &message), nullptr);
-  EXPECT_EQ(message, "Error opening stemmer rules file " + path("none"));
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    TkStemTable::createTable(path("none").c_str(), path("table").c_str());
-    ADD_FAILURE();
-  }
-  environment.restore_env();
-  EXPECT_EQ(caught(), "Error opening stem table source file " + path("none"));
-}
-
 TEST_F(Stemming, Rules) {
   const auto table = tableOf(
       "a*1. "
@@ -250,18 +237,6 @@ TEST_F(Stemming, StopWordsNumbersContractions) {
   }
   const std::unique_ptr<WmWord> none(stopping.stem(WmLocalWord("the").word(), nullptr));
   EXPECT_FALSE(none->valid());
-}
-
-// Any bytes of any length make a word that fits.
-TEST_F(Stemming, HostileWords) {
-  TkStemmerImpl stemmer(tableOf("s0ss>"), std::make_unique<MapStop>());
-  std::mt19937 random(11);
-  for (int round = 0; round < 500; ++round) {
-    char word[256], place[64];
-    for (char& c : word) c = static_cast<char>(random() % 3 != 0 ? 's' : random() % 256);
-    stemmer.stem(reinterpret_cast<WmWord*>(word), reinterpret_cast<WmWord*>(place));
-    EXPECT_LT(reinterpret_cast<WmWord*>(place)->num_letters(), 64);
-  }
 }
 
 }  // namespace

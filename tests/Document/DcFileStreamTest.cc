@@ -62,13 +62,5 @@ TEST_F(DcFileStreamTest, BehavesAsTheStandardStream) {
   }
 }
 
-TEST_F(DcFileStreamTest, MissingFileIsNotGood) {
-  EXPECT_FALSE(DcSourceStream(path("none").c_str()).good());
-  DcSourceStream stream;
-  EXPECT_FALSE(stream.open(path("none").c_str()));
-  EXPECT_TRUE(stream.open(write("there", "x").c_str()));
-  EXPECT_EQ(stream.get(), 'x');
-}
-
 }  // namespace
 }  // namespace vandrelle

@@ -102,19 +102,6 @@ TEST(DcSentenceManager, Windows) {
   EXPECT_EQ(sentences(text, 9, 0, 1), Texts{text});
 }
 
-TEST(DcSentenceManager, NumbersOutOfRangeAndNames) {
-  DcSentenceManager manager("One is. Two is.", nullptr, nullptr, 1, 0, 0);
-  for (const int number : {-1, 2, 1 << 30, -(1 << 30)}) {
-    EXPECT_EQ(manager.documentNum(number), nullptr) << number;
-  }
-  const std::unique_ptr<DcDocument> document(manager.documentName("x:1"));
-  EXPECT_EQ(textOf(document.get()), " Two is.");
-  const HeapAptr<char> name(document->documentName());
-  EXPECT_STREQ(name.get(), "(unknown)");
-  EXPECT_EQ(manager.documentName("none"), nullptr);
-  EXPECT_EQ(manager.nameToNum("x:1"), -1);
-}
-
 TEST(DcSentenceManager, ADocumentsBody) {
   HeadedDocument page("Head. Line.\nOne is. Two is.", 12);
   DcSentenceManager manager(&page, nullptr, nullptr, 1, 0, 0);

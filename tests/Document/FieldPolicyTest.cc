@@ -19,21 +19,6 @@ std::vector<std::string> keys(FdStream* stream) {
   return all;
 }
 
-TEST(DcFieldBag, OrderOfTheFields) {
-  using Names = std::vector<std::string>;
-  const auto filled = [](DcFieldBag& bag) {
-    bag.Add("title", 0);
-    bag.Add("summary", 1);
-    bag.Add("url", 0);
-    return keys(bag.iterator());
-  };
-  DcFieldBag ordered(1);
-  EXPECT_EQ(filled(ordered), (Names{"title", "summary", "url"}));
-  // The fields of existing databases stand in the order of the hash table.
-  DcFieldBag unordered(0, 0);
-  EXPECT_EQ(filled(unordered), (Names{"url", "title", "summary"}));
-}
-
 TEST(DcFieldParser, WeightsOfFieldTexts) {
   DcFieldParser parser;
   parser.AddFieldToBeIndexed("once", 1);

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "Exception.h"
+#include "ThrownBy.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/VandrelleLog.h"
 
@@ -61,19 +61,6 @@ class IntakeTest : public testing::Test, public VandrelleLog {
       values.push_back(loadS32(bytes.data() + at));
     }
     return values;
-  }
-
-  // "Family: message" of what `action` throws, empty if nothing.
-  template <typename Action>
-  static std::string thrownBy(Action action) {
-    ExceptionEnvironment environment;
-    if (GUARDED(environment)) {
-      action();
-      return "";
-    }
-    environment.restore_env();
-    std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
-    return std::string(caught->name()) + ": " + caught->message();
   }
 
   std::string dir_;

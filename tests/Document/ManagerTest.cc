@@ -5,10 +5,9 @@
 #include "Document/DcFileHeaderDocument.h"
 #include "Document/DcManagerManager.h"
 #include "Document/DcMetaDocManager.h"
-#include "Document/TempFnameCreator.h"
 #include "DocumentFixture.h"
-#include "Exception.h"
 #include "Fun/FdStream.h"
+#include "ThrownBy.h"
 #include "Token.h"
 #include "Token/TkStemmer.h"
 #include "Word.h"
@@ -55,19 +54,6 @@ class ManagerTest : public DocumentFixture {
       all += std::string(word->letters(), static_cast<std::size_t>(word->num_letters())) + " ";
     }
     return all;
-  }
-
-  static std::string thrown(const std::function<void()>& action) {
-    std::string message;
-    ExceptionEnvironment environment;
-    if (GUARDED(environment)) {
-      action();
-    } else {
-      environment.restore_env();
-      const std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
-      message = std::string(caught->name()) + ": " + caught->message();
-    }
-    return message;
   }
 
   std::unique_ptr<TkStemmer> stemmer_;
@@ -117,23 +103,14 @@ TEST_F(ManagerTest, NamesLeadBackToNumbers) {
   EXPECT_EQ(taken(manager->numToName(2)), articles + ":abs2");
 }
 
-TEST_F(ManagerTest, NumbersMayStartElsewhere) {
-  const auto manager = bind();
-  manager->setFirstDoc(100);
-  EXPECT_EQ(manager->documentNum(99), nullptr);
-  const std::unique_ptr<DcDocument> document(manager->documentNum(101));
-  EXPECT_EQ(document->documentNum(), 101);
-  EXPECT_EQ(words(document.get()), "one two ");
-}
-
 TEST_F(ManagerTest, TwentyLiveDocumentsOfOneForm) {
   const auto manager = bind();
   std::vector<std::unique_ptr<DcDocument>> live;
   for (int i = 0; i < 20; ++i) live.emplace_back(manager->documentNum(i % 2 == 0 ? 0 : 4));
-  EXPECT_EQ(thrown([&] { delete manager->documentNum(0); }),
+  EXPECT_EQ(thrownBy([&] { delete manager->documentNum(0); }),
             "FileMgr: Too many streams open - delete your documents");
   live.pop_back();
-  EXPECT_EQ(thrown([&] { live.emplace_back(manager->documentNum(0)); }), "");
+  EXPECT_EQ(thrownBy([&] { live.emplace_back(manager->documentNum(0)); }), "");
   // Articles of one file share a stream, so there is no such limit.
   for (int i = 0; i < 60; ++i) live.emplace_back(manager->documentNum(1 + i % 3));
   EXPECT_EQ(words(live.back().get()), "five ");
@@ -178,20 +155,6 @@ TEST_F(ManagerTest, DamagedRowsDoNoHarm) {
   }
 }
 
-TEST_F(ManagerTest, AnIndexOfOneTypeHasNoNames) {
-  writeIntegers("single.spc", {1, 2});
-  writeIntegers("single_one.idx", {3, -1, 4, -1});
-  DcMetaDocManager manager(path("single").c_str(), stemmer_.get(), nullptr, nullptr);
-  EXPECT_EQ(manager.numDocuments(), 2);
-  const std::unique_ptr<DcDocument> document(manager.documentNum(1));
-  EXPECT_EQ(DESCRIPTOR_CAST(DcFileHeaderDocument, document.get())->numCharacters(), 4);
-  EXPECT_EQ(words(document.get()), "");
-  EXPECT_EQ(manager.numToName(1), nullptr);
-  EXPECT_EQ(manager.nameToNum("x"), -1);
-  EXPECT_EQ(thrown([&] { DcMetaDocManager(path("none").c_str(), nullptr, nullptr, nullptr); }),
-            "FileMgr: There is no index to bind to");
-}
-
 // A manager of `count` documents that tells which number it was asked for.
 class CountingManager : public DcDocumentManager {
  public:
@@ -232,15 +195,6 @@ TEST(DcManagerManager, FindsTheManagerOfEachNumber) {
     EXPECT_EQ(joined.documentNum(total), nullptr);
     EXPECT_EQ(joined.documentNum(-1), nullptr);
   }
-}
-
-TEST_F(ManagerTest, TemporaryNamesAvoidWhatExists) {
-  write("tmp.0", "");
-  write("tmp.2", "");
-  const std::string root = path("tmp");
-  TempFnameCreator names(root.c_str());
-  EXPECT_EQ(taken(names.fname()), path("tmp.1"));
-  EXPECT_EQ(taken(names.fname()), path("tmp.3"));
 }
 
 }  // namespace

@@ -5,13 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "Parser/PrAllNode.h"
 #include "Parser/PrAugmentNode.h"
 #include "Parser/PrBitVector.h"
-#include "Parser/PrManager.h"
 #include "Parser/PrMultiBoolean.h"
 #include "Parser/PrMultiMax.h"
-#include "Parser/PrRangeNode.h"
 #include "Parser/PrSparseNodeImpl.h"
 #include "Parser/PrThreshhold.h"
 
@@ -61,18 +58,6 @@ TEST(PrSparseNodeImpl, KeepsTheBest) {
   EXPECT_EQ(node.max(), 0);
 }
 
-TEST(PrSparseNodeImpl, EqualLowestScoresGiveWayOneByOne) {
-  PrSparseNodeImpl node(3);
-  for (int doc = 1; doc <= 3; ++doc) node.add(doc, 1);
-  node.add(4, 5);
-  EXPECT_EQ(node.min(), 1);
-  node.add(5, 5);
-  node.add(6, 2);
-  EXPECT_EQ(node.min(), 2);
-  node.sort();
-  EXPECT_EQ(read(node), (Pairs{{4, 5}, {5, 5}, {6, 2}}));
-}
-
 TEST(PrSparseNodeImpl, NextFindsItsPlaceAgain) {
   PrSparseNodeImpl node(8);
   for (const int doc : {30, 0, 20}) node.add(doc, 1);
@@ -93,25 +78,6 @@ TEST(PrSparseNodeImpl, NextFindsItsPlaceAgain) {
   node.add(25, 2);
   node.sort();
   EXPECT_EQ(node.score(25), 2);
-}
-
-TEST(PrSparseNodeImpl, NoRoom) {
-  PrSparseNodeImpl node(0);
-  node.add(1, 1);
-  node.sort();
-  EXPECT_EQ(read(node), Pairs{});
-  EXPECT_EQ(node.max(), 0);
-}
-
-TEST(PrScoreFunction, Combinations) {
-  float scores[] = {0.5f, 0.0f, 0.25f};
-  EXPECT_EQ(CombineAverage(scores, 3), 0.75f);
-  EXPECT_EQ(CombineNormalized(scores, 3), 0.625f);
-  EXPECT_EQ(CombineProduct(scores, 3), 0.125f);
-  EXPECT_EQ(CombineMax(scores, 3), 0.5f);
-  EXPECT_EQ(CombineMin(scores, 3), 0.0f);
-  EXPECT_EQ(CombineProduct(scores + 1, 1), 1.0f);
-  EXPECT_EQ(CombineMax(scores, 0), 0.0f);
 }
 
 Pairs readBoolean(PrMultiBoolean&& node, const std::vector<Pairs>& children) {
@@ -139,28 +105,6 @@ TEST(PrMultiBoolean, OrKeepsTheEarlierChildrensScores) {
             (Pairs{{1, 7}, {2, 7}}));
   EXPECT_EQ(readBoolean(PrMultiOrNode(2, nullptr), {{{1, 1}}, {{2, 5}}}), (Pairs{{1, 1}, {2, 5}}));
   EXPECT_EQ(readBoolean(PrMultiOrNode(2, nullptr), {}), Pairs{});
-}
-
-TEST(PrMultiBoolean, Weights) {
-  PrMultiAndNode node(2, nullptr);
-  node.child(0, sparse({{1, 1}}));
-  node.child(1, sparse({{1, 2}}));
-  node.childWeight(0, 1);
-  node.childWeight(1, 3);
-  node.normalize();
-  EXPECT_EQ(read(node), (Pairs{{1, 1.75f}}));
-}
-
-TEST(PrMultiBoolean, TooManyChildren) {
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    PrManager::And(21, nullptr);
-    FAIL() << "no throw";
-  } else {
-    environment.restore_env();
-    delete ExceptionManager::instance()->pop();
-  }
-  delete PrManager::Or(20, nullptr);
 }
 
 TEST(PrMultiMax, BestOfAll) {
@@ -210,12 +154,6 @@ TEST(PrBitVector, WordEnds) {
   EXPECT_EQ(read(empty), Pairs{});
 }
 
-TEST(PrRangeAndAll, Bounds) {
-  EXPECT_EQ(read(*std::make_unique<PrRangeNode>(3, 5)), (Pairs{{3, 1}, {4, 1}, {5, 1}}));
-  EXPECT_EQ(read(*std::make_unique<PrRangeNode>(5, 3)), Pairs{});
-  EXPECT_EQ(read(*std::make_unique<PrAllNode>(2)), (Pairs{{0, 1}, {1, 1}}));
-}
-
 TEST(PrAugmentNode, Scales) {
   const Pairs target{{1, 1}, {2, 1}};
   const Pairs match{{2, 3}, {3, 1}};
@@ -229,33 +167,6 @@ TEST(PrAugmentNode, Scales) {
   EXPECT_EQ(read(all, 4), (Pairs{{0, 1}, {1, 1}, {2, 6}, {3, 2}}));
   PrAugmentNode none(nullptr, sparse(match), 2, true, false);
   EXPECT_EQ(read(none), Pairs{});
-}
-
-TEST(PrManager, Prints) {
-  std::ostringstream os;
-  std::unique_ptr<PrParserNode> node(sparse({{3, 0.5f}, {12, 2}}));
-  PrManager::print(node.get(), os);
-  EXPECT_EQ(os.str(), "         3 : 0.50000   \n        12 : 2.00000   \n");
-  os.str("");
-  PrManager::printSorted(node.get(), os);
-  EXPECT_EQ(os.str(),
-            "         3 : 0.50000   \t\t        12 : 2.00000   \n"
-            "        12 : 2.00000   \t\t         3 : 0.50000   \n");
-  os.str("");
-  PrManager::print(nullptr, os);
-  EXPECT_EQ(os.str().substr(0, 9), "NULL node");
-}
-
-TEST(PrManager, PrintSortedHasALimit) {
-  std::ostringstream sorted;
-  std::ostringstream plain;
-  std::unique_ptr<PrParserNode> node(PrManager::All(2001));
-  testing::internal::CaptureStderr();
-  PrManager::printSorted(node.get(), sorted);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "Warning: exceeded compile-time limit for printSorted. Using normal print.\n");
-  PrManager::print(node.get(), plain);
-  EXPECT_EQ(sorted.str(), plain.str());
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -41,35 +40,6 @@ std::vector<IkDocumentInfo> everyThird(int pairs) {
   std::vector<IkDocumentInfo> row;
   for (int i = 0; i < pairs; ++i) row.push_back({3 * i, 2});
   return row;
-}
-
-TEST(IkDataFileCreator, LaysRowsOnMultiplesOfFourWithZeroPadding) {
-  const std::string root = rootOf("layout");
-  {
-    IkDataFileCreator creator;
-    creator.create((root + ".dat").c_str(), 0);
-    const IkDocumentInfo filled[] = {{0x1111, 300}, {0x3333, 300}, {0x5555, 300}};
-    creator.writeRow(filled, 3, 1.0f);
-    EXPECT_EQ(creator.offset(), StStoragePos(20));
-    const int dense[] = {1, 0, 0};
-    creator.writeRow(dense, 3, 2.0f);
-    EXPECT_EQ(creator.offset(), StStoragePos(32));
-    creator.flush();
-    EXPECT_EQ(bytesOf(root + ".dat").size(), 32u);
-  }
-  const std::string expected(
-      "\0\0\0\xC\x3F\x80\0\0\x11\x11\x81\x2C\x22\x22\x81\x2C\x22\x22\x81\x2C"
-      "\0\0\0\x2\x40\0\0\0\x80\0\0\0",
-      32);
-  EXPECT_EQ(bytesOf(root + ".dat"), expected);
-}
-
-TEST(IkDataFileCreator, RefusesARowWithoutPairs) {
-  const std::string root = rootOf("empty");
-  IkDataFileCreator creator;
-  creator.create((root + ".dat").c_str(), 0);
-  const int dense[] = {0, 0};
-  EXPECT_NE(thrownBy([&] { creator.writeRow(dense, 2, 1.0f); }), "");
 }
 
 // Rows around the sizes at which the work buffer grows and the reader's windows
@@ -117,41 +87,6 @@ TEST(IkDataFileBinder, ReadsBackRowsOfAllSizes) {
     EXPECT_EQ(pairs, 2700);
     delete buffer;
   }
-}
-
-TEST(IkDataFileBinder, KeepsToItsContract) {
-  const std::string root = rootOf("contract");
-  {
-    IkDataFileCreator creator;
-    creator.create((root + ".dat").c_str(), 0);
-    const IkDocumentInfo row[] = {{1, 1}, {2, 7}};
-    creator.writeRow(row, 2, 0.5f);
-  }
-  IkDataFileBinder binder;
-  binder.bind(root.c_str(), 0, 0);
-  binder.seek(1000);
-  EXPECT_EQ(binder.offset(), 0u);
-  PairCollector collector;
-  collector.pairs.reserve(4);
-  binder.rawUnpackRow(&collector, 3.0f);
-  EXPECT_EQ(collector.scale, 3.0f);
-  EXPECT_EQ(collector.pairs, (Pairs{{1, 1}, {2, 7}}));
-  EXPECT_EQ(thrownBy([&] { binder.scale(1.0f); }), "Ik: Cannot set scale while in read-only mode.");
-  EXPECT_EQ(thrownBy([&] { binder.updateInfo(); }), "Ik: Call to dead code!");
-  binder.next();
-  EXPECT_FALSE(binder.more());
-  EXPECT_EQ(thrownBy([&] { binder.rawUnpackRow(&collector, 1.0f); }), "Ik: Invalid rawUnpackRow()");
-
-  binder.bind(root.c_str(), 1, 0);
-  binder.scale(9.0f);
-  EXPECT_EQ(binder.scale(), 9.0f);
-
-  // Document 2 of 10 deleted: the third bit from the top.
-  writeBytes(root + ".xk", std::string("\0\0\0\xA\0\0\0\1\x20\0", 10));
-  binder.bind(root.c_str(), 0, 0);
-  EXPECT_EQ(binder.deleter()->numDeleted(), 1);
-  EXPECT_EQ(currentRow(&binder), (Pairs{{1, 1}}));
-  for (int chunk : {-1, 10, 11, 0x7fffffff}) EXPECT_EQ(binder.deleter()->isDeleted(chunk), 0);
 }
 
 TEST(IkDataFileBinder, DamagedFilesThrow) {

@@ -108,12 +108,6 @@ TEST(IkDataFile, PacksByTheByte) {
   }
 }
 
-TEST(IkDataFile, CutsFrequenciesWithALogLine) {
-  TestLog log;
-  EXPECT_EQ(packed({{7, 40000}}), (Bytes{0, 7, 0xFF, 0xFF}));
-  EXPECT_EQ(log.lines(), std::vector<std::string>{"0:Frequency count too large: 7 40000"});
-}
-
 TEST(IkDataFile, AsksForRoomBeforeEachEntry) {
   const std::vector<IkDocumentInfo> two = {{1, 1}, {2, 1}};
   unsigned char bytes[12];
@@ -182,26 +176,6 @@ TEST(IkDataFile, RowsCutWithinAPairThrow) {
               }),
               "")
         << size;
-  }
-}
-
-TEST(IkDataFile, UnpackersStayInTheirRows) {
-  int row[3] = {0, 5, 0};
-  IkDataFileAdditiveIntUnpacker adder(3, row);
-  adder.action(1, 2, 1.0f);
-  EXPECT_EQ(row[1], 7);
-  float weights[3];
-  const float sums[3] = {1.0f, 4.0f, 1.0f};
-  IkDataFileFloatUnpacker weigher(3, weights, sums);
-  weigher.zeroRow();
-  weigher.action(1, 3, 2.0f);
-  EXPECT_EQ(weights[1], 1.5f);
-  IkDataFileIntUnpacker setter(3, row);
-  IkDataFileUnpacker* const all[] = {&adder, &weigher, &setter};
-  for (IkDataFileUnpacker* unpacker : all) {
-    for (int chunk : {-1, 3}) {
-      EXPECT_NE(thrownBy([&] { unpacker->action(chunk, 1, 1.0f); }), "") << chunk;
-    }
   }
 }
 

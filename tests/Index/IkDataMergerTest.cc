@@ -180,15 +180,5 @@ TEST(IkDataTempMerger, TemporaryFilesFollowAnIndex) {
   expectSameIndex(merged, whole);
 }
 
-TEST(IkDataMerger, WordsComeFromSourcesOnly) {
-  const std::string root = testing::TempDir() + "terms";
-  IkDataMerger merger(root.c_str());
-  EXPECT_EQ(thrownBy([&] { merger.addTerm(nullptr, 0, 0); }),
-            "Ik: IkDataMerger::addTerm(const WmWord*, int, int) is unimplemented");
-  IkDataTempMerger tempMerger(root.c_str());
-  EXPECT_EQ(thrownBy([&] { tempMerger.addTerm(nullptr, 0, 0); }),
-            "Fatal: IkDataTempMerger::addTerm(const WmWord*, int, int) is unimplemented");
-}
-
 }  // namespace
 }  // namespace vandrelle

@@ -6,26 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "Exception.h"
+#include "ThrownBy.h"
 #include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
-
-// "Family: message" of what `action` throws, "" if it doesn't. The throw runs no
-// destructors: what `action` allocates must live outside of it.
-template <typename Action>
-std::string thrownBy(const Action& action) {
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    action();
-    return "";
-  }
-  environment.restore_env();
-  Exception* caught = ExceptionManager::instance()->pop();
-  std::string text = std::string(caught->name()) + ": " + caught->message();
-  delete caught;
-  return text;
-}
 
 // Collects the log, as "type:text", while it lives.
 class TestLog : public VandrelleLog {

@@ -17,8 +17,8 @@
 #include "Document/DcHeaderDocument.h"
 #include "Document/DcSentenceManager.h"
 #include "Document/DcSimpleDocument.h"
-#include "Exception.h"
 #include "Summary/PiHtmlSummarizeOperator.h"
+#include "ThrownBy.h"
 #include "Tool/HeapText.h"
 #include "Tool/VandrelleLog.h"
 
@@ -165,18 +165,6 @@ TEST(VymFieldFinder, ReadsNoMoreThanTheLimit) {
   EXPECT_EQ(page.largestRead_, 0x13FFF);
 }
 
-TEST(VymFieldFinder, Titles) {
-  const std::string large(100 << 10, 't');
-  VymFieldFinder finder(0, 0);
-  Page untitled("x");
-  Page broken("x", 0, "Two\r\nlines\tand\fmore");
-  Page huge("x", 0, large.c_str());
-  EXPECT_EQ(taken(finder.getField(&untitled, "root", "title")), "(Untitled)");
-  EXPECT_EQ(taken(finder.getField(&broken, "root", "title")), "Two  lines and more");
-  EXPECT_EQ(taken(finder.getField(&huge, "root", "title")), large);
-  EXPECT_EQ(finder.getSpecialField(&huge, "root", "author"), nullptr);
-}
-
 TEST(VymFieldFinder, HostilePagesAreReadOnce) {
   std::string page;
   while (page.size() < 0x13FFF) page += "<meta name=description ";
@@ -185,19 +173,6 @@ TEST(VymFieldFinder, HostilePagesAreReadOnce) {
   const auto start = std::chrono::steady_clock::now();
   for (int i = 0; i < 20; ++i) taken(finder.getSummary(&hostile));
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
-}
-
-TEST(VymFieldFinder, QualityIsMissedOnce) {
-  std::ostringstream errors;
-  VandrelleLogIostream log(nullptr);
-  log.stream(0, &errors);
-  VandrelleLog::Logger(&log);
-  VymFieldFinder finder(2, 1);
-  Page page("One is here. Two is there.");
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(taken(finder.getSummary(&page)), "One is here.  ");
-  VandrelleLog::Logger(nullptr);
-  const std::string lines = errors.str();
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 1) << lines;
 }
 
 TEST(VymSpiderFieldFinder, Addresses) {
@@ -228,19 +203,6 @@ class Mapfile : public testing::Test {
   ~Mapfile() override { std::filesystem::remove(path_); }
 
   void write(const std::string& text) { std::ofstream(path_) << text; }
-
-  // The message of the failure that `action` throws.
-  template <class Action>
-  static std::string thrown(Action action) {
-    ExceptionEnvironment environment;
-    if (GUARDED(environment)) {
-      action();
-      return "";
-    }
-    environment.restore_env();
-    const std::unique_ptr<Exception> caught(ExceptionManager::instance()->pop());
-    return caught->message();
-  }
 
   std::string path_ = testing::TempDir() + "vandrelle_mapfile_" + std::to_string(getpid());
 };
@@ -274,14 +236,6 @@ TEST_F(Mapfile, BadInput) {
   write(std::string(3000, 'a'));  // tokens of 1023 characters: two and a rest
   VymFileToURLMapper longTokens(path_.c_str());
   EXPECT_EQ(taken(longTokens.mapFilename(std::string(1023, 'a').c_str())), std::string(1023, 'a'));
-
-  VymFileToURLMapper open;
-  open.addMapping("u", "f");
-  EXPECT_EQ(thrown([&] { open.mapFilename("x"); }),
-            "Must call doneAddingMappings() before mapping.");
-  EXPECT_EQ(thrown([&] { open.readMappingsFromFile("/no/such"); }),
-            "Mapfile /no/suchcould not be opened.");
-  EXPECT_EQ(thrown([&] { open.readMappingsFromFile("/"); }), "Mapfile /could not be opened.");
 }
 
 }  // namespace

@@ -85,7 +85,7 @@ class DcFileListCreator {
   StreamPtr dirList_;    // made when first needed
   int64_t listEnd_ = 0;  // bytes in fileList_ and dirList_ so far
   int64_t dirEnd_ = 0;
-  int64_t lostDirEnd_ = -1;  // of the last directory that was logged as out of reach
+  int64_t lostDirEnd_ = -1;    // of the last directory that was logged as out of reach
   FdBag* tempList_ = nullptr;  // real paths in the list; the reader's while binding
   bool Done_ = false;
   bool newList_ = true;

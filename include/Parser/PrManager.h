@@ -2,15 +2,20 @@
 #pragma once
 
 #include <iosfwd>
+#include <limits>
 
 #include "Parser/PrScoreFunction.h"
 
 namespace vandrelle {
 
 class PrMultiNode;
+class PrNodeCreator;
+class PrParser;
 class PrParserNode;
 class PrSparseNode;
 class PrThreshhold;
+class TkLexer;
+class TkStemmer;
 
 class PrManager {
  public:
@@ -30,6 +35,27 @@ class PrManager {
   static PrSparseNode* Sparse(int n);
   static PrSparseNode* Null();
   static PrParserNode* All(int n);
+
+  // A parser without keywords. It does not own the operators that are bound in it.
+  static PrParser* Parser();
+
+  // The operators, to be bound to keywords. Their classes tell what they take.
+  static PrNodeCreator* AndCreator();
+  static PrNodeCreator* OrCreator();
+  // `numDocuments` is the size of the collection, where its documents end.
+  static PrNodeCreator* NotCreator(int numDocuments);
+  static PrNodeCreator* SparseCreator();
+  // Documents from `numDocuments` on do not count, which ends the reading of nodes
+  // that have no end.
+  static PrNodeCreator* MaxCreator(int numDocuments = std::numeric_limits<int>::max());
+  // None of the three is owned.
+  static PrNodeCreator* StreamCreator(TkStemmer* stemmer, TkLexer* lexer, std::istream* is);
+  // For documents 0 to `size` - 1.
+  static PrNodeCreator* BitVectorCreator(int size);
+  static PrNodeCreator* WordCreator();
+  // `scale` is what the operator multiplies by unless told otherwise.
+  static PrNodeCreator* AugmentCreator(float scale = 1.0f);
+  static PrNodeCreator* RangeCreator();
 
   // Reads the node from its start and prints a line a document.
   static void print(PrParserNode* node, std::ostream& os);

@@ -36,6 +36,24 @@ void PrBitVector::set(int doc) {
   bits_[bit / kBits] |= std::uint64_t{1} << (bit % kBits);
 }
 
+void PrBitVector::addRange(int first, int last) {
+  first = std::max(first, 0);
+  last = std::min(last, size_ - 1);
+  if (first > last) return;
+  const auto begin = static_cast<unsigned>(first);
+  const auto end = static_cast<unsigned>(last);
+  const std::uint64_t head = ~std::uint64_t{0} << (begin % kBits);
+  const std::uint64_t tail = ~std::uint64_t{0} >> (kBits - 1 - end % kBits);
+  if (begin / kBits == end / kBits) {
+    bits_[begin / kBits] |= head & tail;
+    return;
+  }
+  bits_[begin / kBits] |= head;
+  for (std::size_t word = begin / kBits + 1; word < end / kBits; ++word)
+    bits_[word] = ~std::uint64_t{0};
+  bits_[end / kBits] |= tail;
+}
+
 bool PrBitVector::get(int doc) const {
   if (doc < 0 || doc >= size_) return false;
   const auto bit = static_cast<unsigned>(doc);

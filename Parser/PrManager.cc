@@ -6,9 +6,14 @@
 #include <vector>
 
 #include "Parser/PrAllNode.h"
+#include "Parser/PrFilterCreators.h"
+#include "Parser/PrListCreators.h"
 #include "Parser/PrMultiBoolean.h"
+#include "Parser/PrMultiNodeCreator.h"
+#include "Parser/PrParserImpl.h"
 #include "Parser/PrSparseNodeImpl.h"
 #include "Parser/PrThreshhold.h"
+#include "Parser/PrWordCreators.h"
 
 namespace vandrelle {
 
@@ -37,6 +42,32 @@ PrSparseNode* PrManager::Sparse(int n) { return new PrSparseNodeImpl(n); }
 PrSparseNode* PrManager::Null() { return new PrSparseNodeImpl(0); }
 
 PrParserNode* PrManager::All(int n) { return new PrAllNode(n); }
+
+PrParser* PrManager::Parser() { return new PrParserImpl; }
+
+PrNodeCreator* PrManager::AndCreator() { return new PrMultiAndCreator; }
+
+PrNodeCreator* PrManager::OrCreator() { return new PrMultiOrCreator; }
+
+PrNodeCreator* PrManager::NotCreator(int numDocuments) { return new PrNotCreator(numDocuments); }
+
+PrNodeCreator* PrManager::SparseCreator() { return new PrSparseCreator; }
+
+PrNodeCreator* PrManager::MaxCreator(int numDocuments) {
+  return new PrMultiMaxCreator(numDocuments);
+}
+
+PrNodeCreator* PrManager::StreamCreator(TkStemmer* stemmer, TkLexer* lexer, std::istream* is) {
+  return new PrStreamCreator(stemmer, lexer, is);
+}
+
+PrNodeCreator* PrManager::BitVectorCreator(int size) { return new PrBitVectorCreator(size); }
+
+PrNodeCreator* PrManager::WordCreator() { return new PrWordCreator; }
+
+PrNodeCreator* PrManager::AugmentCreator(float scale) { return new PrAugmentCreator(scale); }
+
+PrNodeCreator* PrManager::RangeCreator() { return new PrRangeCreator; }
 
 void PrManager::print(PrParserNode* node, std::ostream& os) {
   if (node == nullptr) return printNull(os);

@@ -2,8 +2,11 @@
 
 namespace vandrelle {
 
-PrMultiMax::PrMultiMax(int numChildren, int numScores, float minScore)
-    : PrMultiBaseNode(numChildren), nodeimpl_(numScores), minScore_(minScore) {}
+PrMultiMax::PrMultiMax(int numChildren, int numScores, float minScore, int numDocuments)
+    : PrMultiBaseNode(numChildren),
+      nodeimpl_(numScores),
+      minScore_(minScore),
+      numDocuments_(numDocuments) {}
 
 int PrMultiMax::next(int* doc, float* score) {
   if (!visited_) visitChildren();
@@ -16,6 +19,7 @@ void PrMultiMax::visitChildren() {
   for (std::size_t i = 0; i < children_.size(); ++i) {
     if (children_[i] == nullptr) continue;
     children_[i]->forEach([this, weight = childWeights_[i]](int doc, float value) {
+      if (doc >= numDocuments_) return false;
       const float weighted = value * weight;
       if (weighted >= minScore_ && weighted > 0) nodeimpl_.add(doc, weighted);
       return true;

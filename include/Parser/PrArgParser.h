@@ -32,7 +32,7 @@ class PrArgParser {
   PrArgParser(const PrArgParser&) = delete;
   PrArgParser& operator=(const PrArgParser&) = delete;
 
-  // Sorts `args[firstArg]` to `args[numArgs - 1]`. 0, with a warning in `err`, for a
+  // Once: sorts `args[firstArg]` to `args[numArgs - 1]`. 0, with a warning in `err`, for a
   // key or a value that is missing beside its `=`.
   int parseArgs(int firstArg, int numArgs, PrArgStruct* args, PrParserError* err);
 
@@ -60,7 +60,8 @@ class PrArgParser {
   int numStreams() const { return static_cast<int>(streams_.size()); }
 
   PrParserNode* node(int i) const;
-  // Hands the node over to the caller; node(i) is null from then on.
+  // Hands the node over to the caller; node(i) is null from then on. For a node that
+  // the arguments do not own it is a new one, which answers as that one does.
   PrParserNode* takeNode(int i);
   float nodeWeight(int i) const;
   int numNodes() const { return static_cast<int>(nodes_.size()); }

@@ -18,6 +18,8 @@ class PrBitVector final : public PrParserNode {
   // A document out of range is not taken.
   void add(int doc) { set(doc); }
   void set(int doc);
+  // From `first` to `last`, both included; none if `last` is below `first`.
+  void addRange(int first, int last);
   // Does the set hold the document? False out of range.
   bool get(int doc) const;
 

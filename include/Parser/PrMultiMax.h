@@ -2,6 +2,8 @@
 // competes with each of its weighted scores.
 #pragma once
 
+#include <limits>
+
 #include "Parser/PrMultiNode.h"
 #include "Parser/PrSparseNodeImpl.h"
 
@@ -10,7 +12,10 @@ namespace vandrelle {
 class PrMultiMax final : public PrMultiBaseNode {
  public:
   // Keeps the `numScores` best; weighted scores below `minScore` do not count.
-  PrMultiMax(int numChildren, int numScores, float minScore);
+  // Documents of children from `numDocuments` on do not count, so that children
+  // without end may be read.
+  PrMultiMax(int numChildren, int numScores, float minScore,
+             int numDocuments = std::numeric_limits<int>::max());
 
   // The first call reads all children to their ends.
   int next(int* doc, float* score) override;
@@ -26,6 +31,7 @@ class PrMultiMax final : public PrMultiBaseNode {
 
   PrSparseNodeImpl nodeimpl_;
   float minScore_;
+  int numDocuments_;
   bool visited_ = false;
 };
 

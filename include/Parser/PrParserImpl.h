@@ -50,8 +50,8 @@ class PrParserImpl : public PrParser {
  private:
   PrNodeCreator* creatorOf(const char* keyword);
   int createNode(PrArgStruct* result, int depth);
-  int gatherArguments(std::size_t first, int startToken, int depth);
-  bool failHere(const std::string& message);
+  bool gatherArguments(int startToken, int depth);
+  int failHere(const std::string& message);
   void deleteArgArray(std::size_t first);
 
   // The arguments of all expressions that are being read, innermost last. A

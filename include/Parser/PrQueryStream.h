@@ -53,7 +53,11 @@ class PrQueryStream {
   char* localSExp(int tokenNum) const;
 
  private:
-  void tokenize(PrParserError* err);
+  bool scanToken();
+  // The first place at or after `from` that `ends` the run and is not protected by
+  // a backslash, or the end of the text.
+  template <class Ends>
+  std::size_t endOfRun(std::size_t from, Ends ends) const;
   bool isParenthesis(int tokenNum, char which) const;
 
   std::string query_;
@@ -62,6 +66,7 @@ class PrQueryStream {
   std::vector<int> tokens_;   // where each begins in text_
   std::vector<int> offsets_;  // where each begins in query_, its quote included
   int presToken_ = 0;
+  char end_[1] = {};  // the token behind the last one
 };
 
 }  // namespace vandrelle

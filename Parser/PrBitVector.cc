@@ -17,6 +17,10 @@ PrBitVector::PrBitVector(int size, float score)
     : bits_(wordsFor(std::max(size, 0))), size_(std::max(size, 0)), score_(score) {}
 
 int PrBitVector::next(int* doc, float* score) {
+  return lastAnswer_.next(doc, score, [this](int* d, float* s) { return search(d, s); });
+}
+
+int PrBitVector::search(int* doc, float* score) const {
   const auto start = static_cast<unsigned>(std::max(*doc, 0));
   if (start >= static_cast<unsigned>(size_)) return 0;
   std::size_t word = start / kBits;
@@ -34,12 +38,14 @@ void PrBitVector::set(int doc) {
   if (doc < 0 || doc >= size_) return;
   const auto bit = static_cast<unsigned>(doc);
   bits_[bit / kBits] |= std::uint64_t{1} << (bit % kBits);
+  lastAnswer_.forget();
 }
 
 void PrBitVector::addRange(int first, int last) {
   first = std::max(first, 0);
   last = std::min(last, size_ - 1);
   if (first > last) return;
+  lastAnswer_.forget();
   const auto begin = static_cast<unsigned>(first);
   const auto end = static_cast<unsigned>(last);
   const std::uint64_t head = ~std::uint64_t{0} << (begin % kBits);

@@ -13,13 +13,18 @@ PrMultiBoolean::PrMultiBoolean(int numChildren, ScoreFunction function)
 
 void PrMultiBoolean::scoreFunction(ScoreFunction function) {
   score_f_ = function == nullptr ? CombineAverage : function;
+  lastAnswer_.forget();
+}
+
+int PrMultiBoolean::next(int* doc, float* score) {
+  return lastAnswer_.next(doc, score, [this](int* d, float* s) { return search(d, s); });
 }
 
 void PrMultiBoolean::weightScores(float* scores) const {
   for (int i = 0; i < numChildren_; ++i) scores[i] *= childWeights_[static_cast<std::size_t>(i)];
 }
 
-int PrMultiAndNode::next(int* doc, float* score) {
+int PrMultiAndNode::search(int* doc, float* score) {
   if (numChildren_ == 0) return 0;
   float childscore[kMaxChildren];
   int wanted = *doc;
@@ -43,7 +48,7 @@ int PrMultiAndNode::next(int* doc, float* score) {
 // When a child turns out to hold the smallest document so far, its own score is
 // dropped and those of the children before it stay, although they belong to a
 // later document. Result lists depend on it: do not make it the textbook union.
-int PrMultiOrNode::next(int* doc, float* score) {
+int PrMultiOrNode::search(int* doc, float* score) {
   float childscore[kMaxChildren] = {};
   int childmin = -1;
   bool answered = false;

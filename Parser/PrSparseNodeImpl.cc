@@ -11,6 +11,10 @@ PrSparseReadonly::PrSparseReadonly(int numTuples, std::unique_ptr<PrTuple[]> tup
     : numTuples_(std::max(numTuples, 0)), tuples_(std::move(tuples)) {}
 
 int PrSparseReadonly::next(int* doc, float* score) {
+  return lastAnswer_.next(doc, score, [this](int* d, float* s) { return search(d, s); });
+}
+
+int PrSparseReadonly::search(int* doc, float* score) {
   if (cachedTupleNum_ >= numTuples_ || tuples_[cachedTupleNum_].doc > *doc) cachedTupleNum_ = 0;
   for (; cachedTupleNum_ < numTuples_; ++cachedTupleNum_) {
     const PrTuple& tuple = tuples_[cachedTupleNum_];

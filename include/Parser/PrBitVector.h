@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "Parser/PrLastAnswer.h"
 #include "Parser/PrParserNode.h"
 
 namespace vandrelle {
@@ -25,12 +26,18 @@ class PrBitVector final : public PrParserNode {
 
   int size() const { return size_; }
   using PrParserNode::score;
-  void setScore(float score) { score_ = score; }
+  void setScore(float score) {
+    score_ = score;
+    lastAnswer_.forget();
+  }
 
  private:
+  int search(int* doc, float* score) const;
+
   std::vector<std::uint64_t> bits_;
   int size_;
   float score_;
+  PrLastAnswer lastAnswer_;
 };
 
 }  // namespace vandrelle

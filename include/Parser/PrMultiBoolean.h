@@ -14,9 +14,13 @@ class PrMultiBoolean : public PrMultiBaseNode {
   // Throws _Exception_Pr for more than kMaxChildren children.
   PrMultiBoolean(int numChildren, ScoreFunction function);
 
+  int next(int* doc, float* score) final;
   void scoreFunction(ScoreFunction function) override;
 
  protected:
+  // next(), where the answer is not known yet.
+  virtual int search(int* doc, float* score) = 0;
+
   // Multiplies each of numChildren() scores by its child's weight.
   void weightScores(float* scores) const;
 
@@ -27,14 +31,18 @@ class PrMultiBoolean : public PrMultiBaseNode {
 class PrMultiAndNode final : public PrMultiBoolean {
  public:
   using PrMultiBoolean::PrMultiBoolean;
-  int next(int* doc, float* score) override;
+
+ protected:
+  int search(int* doc, float* score) override;
 };
 
 // The documents that any child holds.
 class PrMultiOrNode final : public PrMultiBoolean {
  public:
   using PrMultiBoolean::PrMultiBoolean;
-  int next(int* doc, float* score) override;
+
+ protected:
+  int search(int* doc, float* score) override;
 };
 
 }  // namespace vandrelle

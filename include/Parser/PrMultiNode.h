@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Parser/PrException.h"
+#include "Parser/PrLastAnswer.h"
 #include "Parser/PrParserNode.h"
 #include "Parser/PrScoreFunction.h"
 
@@ -37,9 +38,9 @@ class PrMultiBaseNode : public PrMultiNode {
 
   int numChildren() const override { return numChildren_; }
   PrParserNode* child(int i) const override { return children_[checked(i)].get(); }
-  void child(int i, PrParserNode* node) override { children_[checked(i)].reset(node); }
+  void child(int i, PrParserNode* node) override;
   float childWeight(int i) const override { return childWeights_[checked(i)]; }
-  void childWeight(int i, float weight) override { childWeights_[checked(i)] = weight; }
+  void childWeight(int i, float weight) override;
   void normalize() override;
 
  protected:
@@ -48,6 +49,7 @@ class PrMultiBaseNode : public PrMultiNode {
   int numChildren_;
   std::vector<std::unique_ptr<PrParserNode>> children_;
   std::vector<float> childWeights_;
+  PrLastAnswer lastAnswer_;
 };
 
 }  // namespace vandrelle

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Parser/PrLastAnswer.h"
 #include "Parser/PrSparseNode.h"
 
 namespace vandrelle {
@@ -40,12 +41,18 @@ class PrSparseReadonly : public PrSparseNode {
   void reordered(SortMode mode) {
     sortMode_ = mode;
     cachedTupleNum_ = 0;
+    lastAnswer_.forget();
   }
 
   int numTuples_;
   int cachedTupleNum_ = 0;
   SortMode sortMode_ = kUnsorted;
   std::unique_ptr<PrTuple[]> tuples_;
+
+ private:
+  int search(int* doc, float* score);
+
+  PrLastAnswer lastAnswer_;
 };
 
 // Keeps the `n` best of all documents added, in no order until sorted.

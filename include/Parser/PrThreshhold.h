@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "Parser/PrLastAnswer.h"
 #include "Parser/PrParserNode.h"
 
 namespace vandrelle {
@@ -19,13 +20,24 @@ class PrThreshhold final : public PrParserNode {
   int next(int* doc, float* score) override;
 
   // Takes over `node`.
-  void child(PrParserNode* node) { child_.reset(node); }
-  void aboveValue(float value) { aboveValue_ = value; }
-  void belowValue(float value) { belowValue_ = value; }
-  void threshhold(float value) { threshhold_ = value; }
-  void totaldocs(int number) { totaldocs_ = number; }
+  void child(PrParserNode* node) {
+    child_.reset(node);
+    lastAnswer_.forget();
+  }
+  void aboveValue(float value) { set(&aboveValue_, value); }
+  void belowValue(float value) { set(&belowValue_, value); }
+  void threshhold(float value) { set(&threshhold_, value); }
+  void totaldocs(int number) { set(&totaldocs_, number); }
 
  private:
+  template <class T>
+  void set(T* field, T value) {
+    *field = value;
+    lastAnswer_.forget();
+  }
+
+  int search(int* doc, float* score);
+  bool pastEnd(int doc) const;
   int nextAbove(int* doc, float* score);
   int answer(int doc, float value, int* docOut, float* scoreOut);
 
@@ -34,6 +46,7 @@ class PrThreshhold final : public PrParserNode {
   float threshhold_ = 0;
   int totaldocs_ = 0;
   std::unique_ptr<PrParserNode> child_;
+  PrLastAnswer lastAnswer_;
 };
 
 }  // namespace vandrelle

@@ -1,7 +1,6 @@
 #include "Parser/PrParserError.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace vandrelle {
 
@@ -40,18 +39,14 @@ void PrParserError::clearMessages() {
 }
 
 void PrParserError::deferMessages() {
-  for (Message& message : messages_) {
-    if (static_cast<int>(deferred_.size()) < maxMessages_) deferred_.push_back(std::move(message));
-  }
+  deferred_.insert(deferred_.end(), messages_.begin(), messages_.end());
   clearMessages();
 }
 
 void PrParserError::undeferMessages() {
-  const std::vector<Message> since = std::exchange(messages_, std::exchange(deferred_, {}));
-  for (const Message& message : messages_) errorLevel_ = std::max(errorLevel_, message.level);
-  for (const Message& message : since) {
-    if (numMessages() < maxMessages_) messages_.push_back(message);
-  }
+  messages_.insert(messages_.begin(), deferred_.begin(), deferred_.end());
+  for (const Message& message : deferred_) errorLevel_ = std::max(errorLevel_, message.level);
+  deferred_.clear();
 }
 
 }  // namespace vandrelle

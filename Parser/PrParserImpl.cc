@@ -1,11 +1,9 @@
 #include "Parser/PrParserImpl.h"
 
-#include <algorithm>
 #include <cstring>
 #include <iostream>
 
 #include "Parser/PrNodeCreator.h"
-#include "Tool/HeapText.h"
 
 namespace vandrelle {
 
@@ -146,11 +144,9 @@ void PrParserImpl::writeMessages(std::ostream& os) const {
   for (int i = 0; i < error_.numMessages(); ++i) {
     const bool failed = error_.messageLevel(i) == PrParserError::kFailure;
     os << (failed ? "Error: " : "Warning: ") << error_.message(i) << '\n';
-    const HeapAptr<char> expression(queryStream_->localSExp(error_.messageToken(i)));
-    const std::size_t length = std::strlen(expression.get());
-    os << "  in expression: ";
-    os.write(expression.get(), static_cast<std::streamsize>(std::min(length, kShownBytes)));
-    os << (length > kShownBytes ? " ...\n" : "\n");
+    const std::string_view expression = queryStream_->expression(error_.messageToken(i));
+    os << "  in expression: " << expression.substr(0, kShownBytes);
+    os << (expression.size() > kShownBytes ? " ...\n" : "\n");
   }
   os.flush();
 }

@@ -32,6 +32,7 @@ PrQueryStream::PrQueryStream(const char* query, PrParserError* err) {
     tokens_.clear();
     err->fail("Invalid query: open-ended string in query.");
   }
+  pairParentheses();
 }
 
 // False at the end, and in front of a quote that is not closed.
@@ -79,25 +80,36 @@ bool PrQueryStream::isParenthesis(int tokenNum, char which) const {
   return query_[static_cast<std::size_t>(offsets_[static_cast<std::size_t>(tokenNum)])] == which;
 }
 
-char* PrQueryStream::localSExp(int tokenNum) const {
+std::string_view PrQueryStream::expression(int tokenNum) const {
   int first = std::min(tokenNum, numTokens() - 1);
   // Whole expressions in front of the token do not hold it.
   for (int closed = 0; first >= 0; --first) {
     if (isParenthesis(first, ')') && first != tokenNum) ++closed;
     if (isParenthesis(first, '(') && closed-- == 0) break;
   }
-  if (first < 0) return copyText(query_.c_str());
-  int last = first;
-  for (int open = 0; last < numTokens(); ++last) {
-    if (isParenthesis(last, '(')) ++open;
-    if (isParenthesis(last, ')') && --open == 0) break;
-  }
+  const std::string_view query = query_;
+  if (first < 0) return query;
   const auto begin = static_cast<std::size_t>(offsets_[static_cast<std::size_t>(first)]);
-  std::size_t end = query_.size();
-  if (last < numTokens()) {
-    end = static_cast<std::size_t>(offsets_[static_cast<std::size_t>(last)]) + 1;
+  const int last = closings_[static_cast<std::size_t>(first)];
+  if (last < 0) return query.substr(begin);
+  const auto end = static_cast<std::size_t>(offsets_[static_cast<std::size_t>(last)]);
+  return query.substr(begin, end + 1 - begin);
+}
+
+char* PrQueryStream::localSExp(int tokenNum) const {
+  return copyText(std::string(expression(tokenNum)).c_str());
+}
+
+// For each opening parenthesis its closing one.
+void PrQueryStream::pairParentheses() {
+  closings_.assign(tokens_.size(), -1);
+  std::vector<int> open;
+  for (int i = 0; i < numTokens(); ++i) {
+    if (isParenthesis(i, '(')) open.push_back(i);
+    if (!isParenthesis(i, ')') || open.empty()) continue;
+    closings_[static_cast<std::size_t>(open.back())] = i;
+    open.pop_back();
   }
-  return copyText(query_.substr(begin, end - begin).c_str());
 }
 
 }  // namespace vandrelle

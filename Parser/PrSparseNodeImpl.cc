@@ -27,11 +27,13 @@ int PrSparseReadonly::search(int* doc, float* score) {
   return 0;
 }
 
-// Stable: of a document that stands twice in the list the earlier pair answers.
+// Of a document that stands twice in the list the higher score answers.
 void PrSparseReadonly::sort() {
   if (sortMode_ == kByDocument) return;
   std::stable_sort(tuples_.get(), tuples_.get() + numTuples_,
-                   [](const PrTuple& a, const PrTuple& b) { return a.doc < b.doc; });
+                   [](const PrTuple& a, const PrTuple& b) {
+                     return a.doc != b.doc ? a.doc < b.doc : a.score > b.score;
+                   });
   reordered(kByDocument);
 }
 

@@ -26,8 +26,8 @@ class PrParserError {
   void clearMessages();
 
   // Sets the messages aside, so that parsing goes on as if there were none, until
-  // undeferMessages() puts them in front of those recorded since, as far as there
-  // is room. For a parser that tells everything at the end.
+  // undeferMessages() puts all of them, room or not, in front of those recorded
+  // since. For a parser that tells everything at the end.
   void deferMessages();
   void undeferMessages();
 

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vandrelle {
@@ -51,6 +52,8 @@ class PrQueryStream {
   // parenthesis to the closing one or to the end of the query; of the whole query
   // if no expression does. A new string, to be freed with delete[].
   char* localSExp(int tokenNum) const;
+  // The same text in place, good as long as the stream.
+  std::string_view expression(int tokenNum) const;
 
  private:
   bool scanToken();
@@ -58,13 +61,15 @@ class PrQueryStream {
   // a backslash, or the end of the text.
   template <class Ends>
   std::size_t endOfRun(std::size_t from, Ends ends) const;
+  void pairParentheses();
   bool isParenthesis(int tokenNum, char which) const;
 
   std::string query_;
-  std::size_t presCh_ = 0;    // where the scan stands
-  std::string text_;          // the tokens one behind the other, each with a NUL
-  std::vector<int> tokens_;   // where each begins in text_
-  std::vector<int> offsets_;  // where each begins in query_, its quote included
+  std::size_t presCh_ = 0;     // where the scan stands
+  std::string text_;           // the tokens one behind the other, each with a NUL
+  std::vector<int> tokens_;    // where each begins in text_
+  std::vector<int> offsets_;   // where each begins in query_, its quote included
+  std::vector<int> closings_;  // of an opening parenthesis its closing one, or -1
   int presToken_ = 0;
   char end_[1] = {};  // the token behind the last one
 };

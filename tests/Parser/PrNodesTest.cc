@@ -150,8 +150,32 @@ TEST(PrBitVector, WordEnds) {
   EXPECT_TRUE(node.get(128));
   EXPECT_FALSE(node.get(129));
   EXPECT_FALSE(node.get(-1));
+  for (const auto& [first, last] : std::vector<std::pair<int, int>>{
+           {-5, 3}, {4, 2}, {60, 60}, {60, 63}, {64, 127}, {62, 200}, {129, 300}}) {
+    PrBitVector range(129);
+    range.addRange(first, last);
+    for (int doc = 0; doc < 129; ++doc) {
+      EXPECT_EQ(range.get(doc), doc >= first && doc <= last) << first << '-' << last << ' ' << doc;
+    }
+  }
   PrBitVector empty(0);
   EXPECT_EQ(read(empty), Pairs{});
+}
+
+// A node remembers the gap that it searched last: setting it anew undoes that.
+TEST(PrThreshhold, AnswersAnewWhenItChanges) {
+  PrThreshhold node(1, 0, 0.5f, 0);
+  node.child(sparse({{3, 0.4f}, {7, 0.6f}}));
+  EXPECT_EQ(node.score(1), 0);
+  EXPECT_EQ(node.score(3), 0);
+  EXPECT_EQ(node.score(7), 1);
+  node.threshhold(0.3f);
+  EXPECT_EQ(node.score(3), 1);
+  node.threshhold(0.7f);
+  EXPECT_EQ(node.score(3), 0);
+  EXPECT_EQ(node.score(7), 0);
+  node.child(sparse({{7, 0.8f}}));
+  EXPECT_EQ(node.score(7), 1);
 }
 
 TEST(PrAugmentNode, Scales) {

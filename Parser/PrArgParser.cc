@@ -1,6 +1,7 @@
 #include "Parser/PrArgParser.h"
 
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "Parser/PrNumber.h"
@@ -73,7 +74,7 @@ bool PrArgParser::parseString(char* text, float* weight, PrParserError* err) {
   }
   const char* assignment = std::strchr(text, '=');
   if (assignment != nullptr) {
-    if (assignment == text || assignment[1] == '\0') {
+    if (text[0] == '=' || std::string_view(text).back() == '=') {
       err->warn("Badly formed argument assignment");
       return false;
     }

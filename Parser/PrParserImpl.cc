@@ -38,7 +38,7 @@ int PrParserImpl::Parse(PrArgStruct* result, const char* query) {
   numExpressions_ = 0;
   error_.beginQuery();
   queryStream_ = std::make_unique<PrQueryStream>(query, &error_);
-  if (!errorHandler()) return 0;
+  if (error_.errorLevel() != PrParserError::kNone && !errorHandler()) return 0;
   if (!queryStream_->isOpen()) return failHere("Invalid query: missing open paren.");
   int parsed = createNode(result, 1);
   if (parsed != 0 && queryStream_->more()) {

@@ -4,7 +4,7 @@
 //   -name          a flag: the key `name` with the value "1"
 //   wt=number      the weight of the next node, stream or word, 1.0 without it;
 //                  what is no number stands for 1.0
-//   name=value     a key with its value
+//   name=value     a key with its value; a `=` in front or at the end is refused
 //   anything else  a plain string, and below 64 characters also a word
 //
 // The first form that fits counts. Each node, stream, word or key with a value
@@ -32,8 +32,8 @@ class PrArgParser {
   PrArgParser(const PrArgParser&) = delete;
   PrArgParser& operator=(const PrArgParser&) = delete;
 
-  // Once: sorts `args[firstArg]` to `args[numArgs - 1]`. 0, with a warning in `err`, for a
-  // key or a value that is missing beside its `=`.
+  // Once: sorts `args[firstArg]` to `args[numArgs - 1]`. 0, with a warning in `err`,
+  // for a key with a misplaced `=`.
   int parseArgs(int firstArg, int numArgs, PrArgStruct* args, PrParserError* err);
 
   // By key: of a key given twice the last value counts. Numbers are read as atoi

@@ -28,7 +28,7 @@ class PrParserImpl : public PrParser {
   void AddKeyword(const char* keyword, PrNodeCreator* creator) override;
   int Parse(PrArgStruct* result, const char* query) override;
 
-  // Called whenever there may be messages. Tells them, clears warnings and answers
+  // Called when there are messages. Tells them, clears warnings and answers
   // true if parsing may go on, false after a failure. An overriding handler that
   // only collects calls error_.deferMessages() and lets finalErrorHandler() tell.
   virtual bool errorHandler();

@@ -212,6 +212,7 @@ TEST(PrParser, Grammar) {
       {"(x (x 16 (x)))", "failed", sixteen},
       {"(x (sort k=))", "failed", {{"Warning: Badly formed argument assignment", "(sort k=)"}}},
       {"(sort (x) =1)", "failed", {{"Warning: Badly formed argument assignment"}}},
+      {"(sort k=1=)", "failed", {{"Warning: Badly formed argument assignment"}}},
   });
 }
 
@@ -252,7 +253,7 @@ TEST(PrArgParser, FormsAndWeights) {
   expectAll({
       {"(sort)", none + " strings 0 nodes"},
       {"(sort -k -5)", "k=1 1 1 1 flags 2 words strings 0 nodes"},
-      {"(sort k=-2.5x=)", "k=-2.5x= -2 -2.5 1 flags 0 words strings 0 nodes"},
+      {"(sort k=-2.5=x)", "k=-2.5=x -2 -2.5 1 flags 0 words strings 0 nodes"},
       {"(sort \"k=a b\" K=2)", "k=a b 0 0 1 flags 0 words strings 0 nodes"},
       {"(sort k=9 k=-99999999999)",
        "k=-99999999999 -2147483648 -1e+11 1 flags 0 words strings 0 nodes"},

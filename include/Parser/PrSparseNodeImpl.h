@@ -60,6 +60,14 @@ class PrSparseNodeImpl : public PrSparseReadonly {
   // 0 until the list is full.
   float min() override { return min_; }
 
+  // Replaces each score by map(score), which must keep the order of scores, and 0.
+  template <class Map>
+  void mapScores(Map map) {
+    for (int i = 0; i < numTuples_; ++i) tuples_[i].score = map(tuples_[i].score);
+    min_ = map(min_);
+    reordered(kUnsorted);
+  }
+
  private:
   float min_ = 0;
 };

@@ -37,7 +37,7 @@ class IkUnpacker {
 
   // Stands on the first pair of `size` bytes, which aren't owned and must outlive the
   // cursor. The second form takes the binder's current row, good until the binder
-  // moves, and its idf.
+  // moves, and its idf; it throws what loadRow() throws.
   void set(const unsigned char* buffer, int size, int initialSizeMode = kRowMode);
   void set(IkDataFileBinder* binder, int initialSizeMode);
   void reset();
@@ -59,10 +59,20 @@ class IkUnpacker {
   void idf(float value) { idf_ = value; }
 
   IkUnpackerState state() const { return {source_, docNum_, docFreq_, sizeMode_, more_}; }
-  // `state` is one of this row.
+  // Takes a state of this same row.
   void state(const IkUnpackerState& state);
 
  private:
+  // A change of the size mode, a gap of 4 bytes and a frequency of 2.
+  static constexpr int kMaxPairBytes = 8;
+
+  // Both step a state on; the first reads up to kMaxPairBytes, the second nothing
+  // behind `end`. They take no cursor, which would have to lie in memory for it.
+  static void decode(IkUnpackerState& state);
+  static IkUnpackerState decodeTail(IkUnpackerState state, const unsigned char* end);
+
+  static bool isSizeMode(int mode) { return mode >= 1 && mode <= 4; }
+
   int docNum_ = 0;
   int docFreq_ = 0;
   const unsigned char* source_ = nullptr;
@@ -74,5 +84,56 @@ class IkUnpacker {
   float idf_ = 0;
   uint32 numDocuments_ = static_cast<uint32>(std::numeric_limits<int>::max());
 };
+
+inline void IkUnpacker::state(const IkUnpackerState& state) {
+  source_ = state.source;
+  docNum_ = state.docNum;
+  docFreq_ = state.docFreq;
+  sizeMode_ = state.sizeMode;
+  more_ = state.more;
+}
+
+inline void IkUnpacker::decode(IkUnpackerState& state) {
+  const unsigned char* source = state.source;
+  if (state.sizeMode == kAbsolute) {
+    std::memcpy(&state.docNum, source, 4);
+    std::memcpy(&state.docFreq, source + 4, 4);
+    state.source = source + 8;
+    return;
+  }
+  if (*source == 255) {
+    state.sizeMode = source[1];
+    source += 2;
+    if (!isSizeMode(state.sizeMode)) {
+      state.more = 0;
+      return;
+    }
+  }
+  const uint32 gap = loadU32(source);
+  source += state.sizeMode;
+  state.docNum = static_cast<int>(static_cast<uint32>(state.docNum) +
+                                  ((gap & 0x7FFFFFFFu) >> (32 - 8 * state.sizeMode)));
+  if (gap & 0x80000000u) {
+    state.docFreq = 1;
+  } else {
+    const int frequency = *source++;
+    state.docFreq = frequency & 0x80 ? (frequency & 0x7F) << 8 | *source++ : frequency;
+  }
+  state.source = source;
+}
+
+inline void IkUnpacker::read() {
+  IkUnpackerState next = state();
+  if (sourceEnd_ - source_ >= kMaxPairBytes) {
+    decode(next);
+  } else {
+    next = decodeTail(next, sourceEnd_);
+  }
+  if (next.more == 0 || static_cast<uint32>(next.docNum) >= numDocuments_) {
+    next.more = 0;
+    next.source = sourceEnd_;
+  }
+  state(next);
+}
 
 }  // namespace vandrelle

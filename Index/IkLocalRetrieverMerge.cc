@@ -14,6 +14,8 @@ constexpr uint32 kNoDoc = 0xFFFFFFFFu;
 // given up.
 constexpr int kMaxListSize = 10;
 constexpr int kCachedFrequencies = 4;
+// Scores don't tell higher sums of frequencies apart.
+constexpr int kMaxFrequency = 1 << 20;
 // More bits aren't worth a map from slots to rows.
 constexpr long long kMaxMapBits = 1 << 20;
 
@@ -103,16 +105,18 @@ void IkLocalRetriever::makeVirtualMap() {
 // stand at it.
 int IkLocalRetriever::findNextDoc() {
   const uint32 doc = lowest(rowDocs_.data(), rowDocs_.size());
-  rowList_.clear();
+  rowList_.clear();  // keeps its room
   rowListValid_ = true;
   if (doc == kNoDoc) return -1;
-  for (std::size_t row = 0; row < rowDocs_.size(); ++row) {
-    if (rowDocs_[row] != doc) continue;
+  const uint32* const rowDocs = rowDocs_.data();
+  const auto rows = static_cast<int>(rowDocs_.size());
+  for (int row = 0; row < rows; ++row) {
+    if (rowDocs[row] != doc) continue;
     if (rowList_.size() == kMaxListSize - 1) {
       rowListValid_ = false;
       break;
     }
-    rowList_.push_back(static_cast<int>(row));
+    rowList_.push_back(row);
   }
   return static_cast<int>(doc);
 }
@@ -137,25 +141,28 @@ void IkLocalRetriever::advanceMatching(int doc) {
 void IkLocalRetriever::calculateVirtualTerms(int doc) {
   for (const int slot : query_.composites) {
     IkQueryInfo& info = query_.queryInfo[static_cast<std::size_t>(slot)];
-    uint32 freq = 0;
+    info.freq = 0;
     for (const int* row = info.components.get(); *row >= 0; ++row) {
       const auto place = static_cast<std::size_t>(*row);
       if (rowDocs_[place] != static_cast<uint32>(doc)) continue;
-      freq += static_cast<uint32>(query_.unpackTable[place].docFreq());
+      info.freq = std::min(info.freq + query_.unpackTable[place].docFreq(), kMaxFrequency);
     }
-    info.freq = static_cast<int>(std::min(freq, 0x7FFFFFFFu));
   }
 }
 
 void IkLocalRetriever::calculateListedVirtualTerms() {
+  int freqs[kMaxListSize];
+  const std::size_t listed = rowList_.size();
+  const int* const rows = rowList_.data();
+  for (std::size_t i = 0; i < listed; ++i) {
+    freqs[i] = query_.unpackTable[static_cast<std::size_t>(rows[i])].docFreq();
+  }
   for (const int slot : query_.composites) {
-    IkQueryInfo& info = query_.queryInfo[static_cast<std::size_t>(slot)];
-    uint32 freq = 0;
-    for (const int row : rowList_) {
-      if (!virtmap_->bit(slot, row)) continue;
-      freq += static_cast<uint32>(query_.unpackTable[static_cast<std::size_t>(row)].docFreq());
+    int freq = 0;
+    for (std::size_t i = 0; i < listed; ++i) {
+      if (virtmap_->bit(slot, rows[i])) freq += freqs[i];
     }
-    info.freq = static_cast<int>(std::min(freq, 0x7FFFFFFFu));
+    query_.queryInfo[static_cast<std::size_t>(slot)].freq = freq;
   }
 }
 
@@ -175,17 +182,24 @@ bool IkLocalRetriever::matchesQuery(int doc) {
 
 void IkLocalRetriever::docScore(int doc, float& score, int& count) {
   const unsigned char norm = normfile_[doc];
-  for (int slot = 0; slot < query_.querySize(); ++slot) {
-    const IkQueryInfo& info = query_.queryInfo[static_cast<std::size_t>(slot)];
-    int freq = info.freq;
-    if (info.components == nullptr) {
-      if (info.offset < 0) continue;
-      if (rowDocs_[static_cast<std::size_t>(info.offset)] != static_cast<uint32>(doc)) continue;
-      freq = info.unpacker->docFreq();
+  const uint32* const rowDocs = rowDocs_.data();
+  const IkQueryInfo* info = query_.queryInfo.data();
+  const int querySize = query_.querySize();
+  float sum = 0;
+  int matched = 0;
+  for (int slot = 0; slot < querySize; ++slot, ++info) {
+    int freq = info->freq;
+    if (info->offset >= 0) {
+      if (rowDocs[info->offset] != static_cast<uint32>(doc)) continue;
+      freq = info->unpacker->docFreq();
+    } else if (freq == 0) {
+      continue;
     }
-    if (info.value > 0 && freq > 0) ++count;
-    score += scoreCache_.product(slot, freq, norm);
+    if (info->value > 0 && freq > 0) ++matched;
+    sum += scoreCache_.product(slot, freq, norm);
   }
+  score = sum;
+  count = matched;
 }
 
 }  // namespace vandrelle

@@ -18,21 +18,41 @@ bool isPlain(const IkRetrieverInput::TermData& term) {
   return term.elem == nullptr && term.virt == 0 && term.alwaysTrue == 0;
 }
 
-// Makes one of two masks that differ in a single bit, the same in both fields. False
-// if there are no such two.
-bool mergeTwo(std::vector<IkRetrieverBooleanMask>& masks) {
-  for (std::size_t i = 0; i < masks.size(); ++i) {
-    for (std::size_t j = i + 1; j < masks.size(); ++j) {
-      const uint32 bit = masks[i].require_ ^ masks[j].require_;
-      if (!std::has_single_bit(bit) || bit != (masks[i].disallow_ ^ masks[j].disallow_)) continue;
-      masks[i].require_ &= ~bit;
-      masks[i].disallow_ &= ~bit;
-      masks[j] = masks.back();
-      masks.pop_back();
-      return true;
+using Masks = std::vector<IkRetrieverBooleanMask>;
+
+// If masks i and j differ in a single bit, the same in both fields, i becomes what both
+// are without it, and the last mask takes the place of j.
+bool merge(Masks& masks, std::size_t i, std::size_t j) {
+  const uint32 bit = masks[i].require_ ^ masks[j].require_;
+  if (!std::has_single_bit(bit) || bit != (masks[i].disallow_ ^ masks[j].disallow_)) return false;
+  masks[i].require_ &= ~bit;
+  masks[i].disallow_ &= ~bit;
+  masks[j] = masks.back();
+  masks.pop_back();
+  return true;
+}
+
+// Merges the first two masks that can be, over and over, while there are 3 or more. A
+// merge makes a new mask at i only, so that the next pair is (h, i) for some h before
+// i, or doesn't come before (i, i + 1).
+void mergeMasks(Masks& masks) {
+  std::size_t i = 0;
+  std::size_t j = 1;
+  while (masks.size() >= 3 && i + 1 < masks.size()) {
+    if (j >= masks.size()) {
+      ++i;
+      j = i + 1;
+    } else if (!merge(masks, i, j)) {
+      ++j;
+    } else {
+      for (std::size_t h = 0; h < i && masks.size() >= 3; ++h) {
+        if (!merge(masks, h, i)) continue;
+        i = h;
+        h = static_cast<std::size_t>(-1);
+      }
+      j = i + 1;
     }
   }
-  return false;
 }
 
 }  // namespace
@@ -60,7 +80,7 @@ void IkCreateMasks(IkRetrieverInput& input, IkRetrieverBooleanMask*& masks, int&
   }
 
   std::vector<unsigned char> stack(operations.size() + 1);
-  std::vector<IkRetrieverBooleanMask> found;
+  Masks found;
   const uint32 all = (1u << numBits) - 1;
   for (uint32 assignment = 0; assignment <= all; ++assignment) {
     const auto truth = [assignment](int bit) {
@@ -71,8 +91,7 @@ void IkCreateMasks(IkRetrieverInput& input, IkRetrieverBooleanMask*& masks, int&
       found.push_back({assignment, ~assignment & all});
     }
   }
-  while (found.size() >= 3 && mergeTwo(found)) {
-  }
+  mergeMasks(found);
 
   auto made = std::make_unique<IkRetrieverBooleanMask[]>(found.size());
   for (std::size_t i = 0; i < found.size(); ++i) made[i] = found[i];

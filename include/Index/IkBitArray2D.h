@@ -10,8 +10,11 @@ class IkBitArray2D {
   // The product of both must be an int.
   IkBitArray2D(int xmax, int ymax) : ymax_(ymax), bits_(xmax * ymax) {}
 
-  // As FastBitVector's, for x below xmax and y below ymax.
-  int bit(int x, int y) const { return bits_.bit(x * ymax_ + y); }
+  // x from 0 below xmax, y from 0 below ymax. The reading isn't checked.
+  int bit(int x, int y) const {
+    const int number = x * ymax_ + y;
+    return bits_.bits()[number >> 3] >> (number & 7) & 1;
+  }
   void bit(int x, int y, int value) { bits_.bit(x * ymax_ + y, value); }
 
  private:

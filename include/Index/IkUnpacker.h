@@ -93,7 +93,7 @@ inline void IkUnpacker::state(const IkUnpackerState& state) {
   more_ = state.more;
 }
 
-inline void IkUnpacker::decode(IkUnpackerState& state) {
+[[gnu::always_inline]] inline void IkUnpacker::decode(IkUnpackerState& state) {
   const unsigned char* source = state.source;
   if (state.sizeMode == kAbsolute) {
     std::memcpy(&state.docNum, source, 4);
@@ -122,7 +122,7 @@ inline void IkUnpacker::decode(IkUnpackerState& state) {
   state.source = source;
 }
 
-inline void IkUnpacker::read() {
+[[gnu::always_inline]] inline void IkUnpacker::read() {
   IkUnpackerState next = state();
   if (sourceEnd_ - source_ >= kMaxPairBytes) {
     decode(next);

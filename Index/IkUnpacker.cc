@@ -28,14 +28,18 @@ void IkUnpacker::reset() {
 
 // The last bytes, with zeros behind them.
 IkUnpackerState IkUnpacker::decodeTail(IkUnpackerState state, const unsigned char* end) {
-  unsigned char tail[2 * kMaxPairBytes] = {};
-  const auto left = static_cast<std::size_t>(end - state.source);
-  if (left != 0) std::memcpy(tail, state.source, left);
   const unsigned char* const source = state.source;
+  const auto left = static_cast<std::size_t>(end - source);
+  if (left == 0) {
+    state.more = 0;
+    return state;
+  }
+  unsigned char tail[2 * kMaxPairBytes] = {};
+  std::memcpy(tail, source, left);
   state.source = tail;
   decode(state);
   const auto used = static_cast<std::size_t>(state.source - tail);
-  if (left == 0 || used > left) state.more = 0;
+  if (used > left) state.more = 0;
   state.source = source + (used > left ? left : used);
   return state;
 }

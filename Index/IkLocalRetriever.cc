@@ -67,8 +67,8 @@ void IkLocalRetriever::computeResult(IkRetrieverInput* input, PrSparseNodeImpl* 
   // Without a direction no score means anything.
   if (!query_.hasDirection) return;
 
-  if (tryQueryAcceleration_ != 1 && maxDocs_ == 0 && qaBinder_ != nullptr &&
-      querySize < kMaxAcceleratedTerms && plain) {
+  if ((tryQueryAcceleration_ == 0 || tryQueryAcceleration_ == 2) && maxDocs_ == 0 &&
+      qaBinder_ != nullptr && querySize < kMaxAcceleratedTerms && plain) {
     const int found = accelerateQuery(input, result, resultSize);
     if (found > 0 && found >= resultSize) {
       usedQueryAccel_ = 1;

@@ -101,7 +101,12 @@ void IkLocalRetriever::computeResultSimpleVirtual(IkRetrieverInput* input,
   if (input->matches() == 0) input->matches(count);
 }
 
-// Rows in the order of falling weight; equal ones stay as they were.
+// By falling weight; equal rows stay as they were.
+bool IkLocalRetriever::UnpackerListSortFunction(const IkUnpackerExtra& a,
+                                                const IkUnpackerExtra& b) {
+  return a.scale != b.scale ? a.scale > b.scale : a.num < b.num;
+}
+
 void IkLocalRetriever::sortUnpackerList() {
   sortedRows_.clear();
   for (int row = 0; row < query_.numUnpackers(); ++row) {
@@ -115,10 +120,7 @@ void IkLocalRetriever::sortUnpackerList() {
       sortedRows_[static_cast<std::size_t>(*row)].scale = scale;
     }
   }
-  std::sort(sortedRows_.begin(), sortedRows_.end(),
-            [](const IkUnpackerExtra& a, const IkUnpackerExtra& b) {
-              return a.scale != b.scale ? a.scale > b.scale : a.num < b.num;
-            });
+  std::sort(sortedRows_.begin(), sortedRows_.end(), UnpackerListSortFunction);
 }
 
 // The masks of the operations, with the bits of rows in the place of those of terms. A

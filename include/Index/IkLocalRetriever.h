@@ -144,6 +144,7 @@ class IkLocalRetriever : public IkRetriever {
 
   // The ranges: Index/IkLocalRetrieverRange.cc.
   void computeResultSimpleVirtual(IkRetrieverInput* input, PrSparseNodeImpl* result);
+  static bool UnpackerListSortFunction(const IkUnpackerExtra& a, const IkUnpackerExtra& b);
   void sortUnpackerList();
   void bindMasks(IkRetrieverInput& input);
   void clearScoreBuckets();

@@ -16,8 +16,6 @@ namespace vandrelle {
 namespace {
 
 constexpr int kScoreBuckets = 2500;
-// The mask of a bucket has a bit a row.
-constexpr int kMaxRangeRows = 32;
 constexpr int kMaxRangeTerms = 8;
 constexpr int kMaxAcceleratedTerms = 4;
 constexpr int kDefaultResultSize = 10;
@@ -82,9 +80,8 @@ void IkLocalRetriever::computeResult(IkRetrieverInput* input, PrSparseNodeImpl* 
   if (querySize == 1 && plain && maxDocs_ == 0) {
     loop = "single term";
     computeResultSingleTerm(input, result);
-  } else if (constraint_ != nullptr || querySize >= kMaxRangeRows ||
-             query_.numUnpackers() >= kMaxRangeRows || input->numTerms() >= kMaxRangeTerms ||
-             query_.virtualOperands) {
+  } else if (constraint_ != nullptr || querySize >= kMaxRows || query_.numUnpackers() >= kMaxRows ||
+             input->numTerms() >= kMaxRangeTerms || query_.virtualOperands) {
     // Masks know plain words only, so that operations on virtual terms and their
     // members are run here for each document.
     loop = "merge";

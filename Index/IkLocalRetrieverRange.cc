@@ -12,7 +12,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMaxRows = 32;
 constexpr int kMinDocsFromRow = 2000;
 constexpr int kEnoughMatches = 300;
 constexpr int kLastSerialNum = 65534;
@@ -33,17 +32,9 @@ void IkLocalRetriever::computeResultSimpleVirtual(IkRetrieverInput* input,
                                                   PrSparseNodeImpl* result) {
   sortUnpackerList();
   const int n = static_cast<int>(sortedRows_.size());
-
-  // inclusiveMaxPossible[i]: what the rows from i on can add to a document. The scale
-  // of the row behind stands for all of them; behind the last it is 0. The coordination
-  // table is still that of the query before.
-  float inclusiveMaxPossible[kMaxRows] = {};
-  for (int i = 1; i <= n; ++i) {
-    const float scale = i < n ? sortedRows_[static_cast<std::size_t>(i)].scale : 0.0f;
-    float sum = 0;
-    for (int j = 0; j < i; ++j) sum += scale * kMaxContribution;
-    inclusiveMaxPossible[n - i] = sim_.Coord(sum, i);
-  }
+  RangeScan scan;
+  boundRows(scan);
+  // Only now: the bounds are made with the table of the query before.
   sim_.CoordQueryLength(similarityScaling_ == 2 ? query_.querySize() : 0);
 
   int minFromRow[kMaxRows] = {};
@@ -54,13 +45,9 @@ void IkLocalRetriever::computeResultSimpleVirtual(IkRetrieverInput* input,
     minFromRow[i] = std::max(toInt(wanted), kMinDocsFromRow);
   }
   bindMasks(*input);
-  const int numMasks = static_cast<int>(masks_.size());
   const int documents = info_->totalNumChunks;
   const int end = maxDocs_ > 0 && maxDocs_ <= documents ? maxDocs_ : documents;
 
-  int iterateRange = n;
-  float min = 0;
-  int count = 0;
   for (int base = 0; base < end;) {
     const int max = base + std::min(scoreBucketsLength_, end - base);
     clearScoreBuckets();
@@ -69,36 +56,60 @@ void IkLocalRetriever::computeResultSimpleVirtual(IkRetrieverInput* input,
       IkUnpackerExtra& row = sortedRows_[static_cast<std::size_t>(i)];
       if (!row.unpacker.more()) continue;
       const uint32 mask = 1u << (row.num & 31);
-      totalFromRow[i] += i < iterateRange
+      totalFromRow[i] += i < scan.iterateRange
                              ? scoreDocRange<true>(base, max, row.scale, row.unpacker, mask)
                              : scoreDocRange<false>(base, max, row.scale, row.unpacker, mask);
       if (totalFromRow[i] < minFromRow[i]) done = false;
     }
-    for (const ScoreBucket* bucket = firstBucket_; bucket != nullptr; bucket = bucket->next_) {
-      if (!matchMultipleMasks(bucket->mask_, masks_.data(), numMasks)) continue;
-      const float score = sim_.Coord(bucket->score_, bucket->termCount_);
-      const int doc = base + static_cast<int>(bucket - scoreBuckets_.get());
-      if (!(score > 0) || !isLive(doc)) continue;
-      if (score >= min) {
-        result->add(doc, score);
-        if (result->min() != min) {
-          min = result->min();
-          while (iterateRange > 1 && inclusiveMaxPossible[iterateRange - 1] < min) --iterateRange;
-        }
-      }
-      ++count;
-    }
-    if (done && count > kEnoughMatches) {
+    collectRange(base, scan, result);
+    if (done && scan.count > kEnoughMatches) {
       // The rest of the collection is taken to be like what was read.
-      count = base > 0 ? toInt(static_cast<float>(count) *
-                               (static_cast<float>(documents) / static_cast<float>(base)))
-                       : documents;
+      scan.count = base > 0 ? toInt(static_cast<float>(scan.count) *
+                                    (static_cast<float>(documents) / static_cast<float>(base)))
+                            : documents;
       break;
     }
     base = max;
   }
   adjustResult(result);
-  if (input->matches() == 0) input->matches(count);
+  if (input->matches() == 0) input->matches(scan.count);
+}
+
+// What the rows from i on can add to a document. The scale of one row stands for all of
+// them, deliberately; behind the last row it is 0.
+void IkLocalRetriever::boundRows(RangeScan& scan) {
+  const int n = static_cast<int>(sortedRows_.size());
+  scan.iterateRange = n;
+  for (int i = 1; i <= n; ++i) {
+    const float scale = i < n ? sortedRows_[static_cast<std::size_t>(i)].scale : 0.0f;
+    float sum = 0;
+    for (int j = 0; j < i; ++j) sum += scale * kMaxContribution;
+    scan.inclusiveMaxPossible[n - i] = sim_.Coord(sum, i);
+  }
+}
+
+// Takes the documents of the range that match. As the lowest score of the result rises,
+// rows that can't reach it without the others cease to open buckets.
+void IkLocalRetriever::collectRange(int base, RangeScan& scan, PrSparseNodeImpl* result) {
+  const IkRetrieverBooleanMask* const masks = masks_.data();
+  const int numMasks = static_cast<int>(masks_.size());
+  for (const ScoreBucket* bucket = firstBucket_; bucket != nullptr; bucket = bucket->next_) {
+    if (!matchMultipleMasks(bucket->mask_, masks, numMasks)) continue;
+    const float score = sim_.Coord(bucket->score_, bucket->termCount_);
+    const int doc = base + static_cast<int>(bucket - scoreBuckets_.get());
+    if (!(score > 0) || !isLive(doc)) continue;
+    if (score >= scan.min) {
+      result->add(doc, score);
+      if (result->min() != scan.min) {
+        scan.min = result->min();
+        while (scan.iterateRange > 1 &&
+               scan.inclusiveMaxPossible[scan.iterateRange - 1] < scan.min) {
+          --scan.iterateRange;
+        }
+      }
+    }
+    ++scan.count;
+  }
 }
 
 // By falling weight; equal rows stay as they were.

@@ -112,8 +112,17 @@ class IkLocalRetriever : public IkRetriever {
     float scale;
     int num;  // the place in the table of rows
   };
+  // The mask of a bucket has a bit a row.
+  static constexpr int kMaxRows = 32;
+  // How far the ranges have come.
+  struct RangeScan {
+    float inclusiveMaxPossible[kMaxRows] = {};
+    int iterateRange = 0;  // rows that may open new buckets
+    float min = 0;         // of the result
+    int count = 0;         // matches
+  };
 
-  // The next group: Index/IkLocalRetrieverQuery.cc.
+  // From the input to rows: Index/IkLocalRetrieverQuery.cc.
   void preprocessQuery(IkRetrieverInput* input);
   void assignSlots(IkRetrieverInput& input);
   void setUnpacker(const WmWord* word, IkUnpacker& unpacker, IkRowBuffers& buffers);
@@ -122,6 +131,7 @@ class IkLocalRetriever : public IkRetriever {
   void normalizeQuery();
   void copyOperations(IkRetrieverInput& input);
 
+  // Index/IkLocalRetriever.cc.
   void computeResult(IkRetrieverInput* input, PrSparseNodeImpl* result, int resultSize);
   int accelerateQuery(IkRetrieverInput* input, PrSparseNodeImpl* result, int resultSize);
   void estimateMatchCount(IkRetrieverInput* input);
@@ -146,7 +156,9 @@ class IkLocalRetriever : public IkRetriever {
   void computeResultSimpleVirtual(IkRetrieverInput* input, PrSparseNodeImpl* result);
   static bool UnpackerListSortFunction(const IkUnpackerExtra& a, const IkUnpackerExtra& b);
   void sortUnpackerList();
+  void boundRows(RangeScan& scan);
   void bindMasks(IkRetrieverInput& input);
+  void collectRange(int base, RangeScan& scan, PrSparseNodeImpl* result);
   void clearScoreBuckets();
   template <bool considerNewDocs>
   int scoreDocRange(int base, int max, float scale, IkUnpacker& unpacker, uint32 mask);

@@ -11,10 +11,12 @@
 #include "Index/IkException.h"
 #include "Index/IkIdfBinder.h"
 #include "Index/IkIdfCache.h"
+#include "Index/IkLocalRetriever.h"
 #include "Index/IkLocalWordTable.h"
 #include "Index/IkTranspose.h"
 #include "Index/IkTransposeLoader.h"
 #include "Index/IkUnstemmer.h"
+#include "Index/QaBinder.h"
 #include "KeyFile/KfKeyFileManager.h"
 #include "Storage/StFileStorage.h"
 
@@ -139,7 +141,16 @@ IkIdfCache* IkLocalIndexBinder::idfCache() {
   return idfCache_.get();
 }
 
-QaBinder* IkLocalIndexBinder::queryAccelBinder(int) { return nullptr; }
+QaBinder* IkLocalIndexBinder::queryAccelBinder(int map) {
+  if (queryAccelBinder_ == nullptr) {
+    const std::string root = name_.suffix(nullptr);
+    if (!QaBinder::exists(root.c_str())) return nullptr;
+    auto binder = std::make_unique<QaBinder>();
+    binder->bind(this, root.c_str(), map);
+    queryAccelBinder_ = std::move(binder);
+  }
+  return queryAccelBinder_.get();
+}
 
 IkTranspose* IkLocalIndexBinder::transpose() {
   if (transpose_ != nullptr) return transpose_.get();
@@ -184,12 +195,28 @@ int IkLocalIndexBinder::transposeEntrySize(const std::string& filename) {
 }
 
 IkLocalRetriever* IkLocalIndexBinder::localRetriever() {
-  THROW(Unimpl, "IkLocalIndexBinder::localRetriever() is unimplemented");
+  if (retriever_ == nullptr) {
+    const std::string latest = name_.suffix(".latest.info");
+    IkIndexInfo latestInfo;
+    if (SysTools::fileExists(latest.c_str())) latestInfo.read(latest.c_str());
+    IkIndexInfo* const indexInfo = info();
+    IkDataFileBinder* const data = indexData(0, 0);
+    IkWordTable* const words = wordTable();
+    const unsigned char* const norms = normfile();
+    QaBinder* const accelerator = queryAccelBinder(0);
+    // All that may throw lies behind.
+    retriever_ = std::make_unique<IkLocalRetriever>();
+    retriever_->info(indexInfo);
+    retriever_->indexData(data);
+    retriever_->wordTable(words);
+    retriever_->normfile(norms);
+    retriever_->qaBinder(accelerator);
+    retriever_->maxDocs(latestInfo.totalNumChunks);
+  }
+  return retriever_.get();
 }
 
-IkRetriever* IkLocalIndexBinder::retriever() {
-  THROW(Unimpl, "IkLocalIndexBinder::retriever() is unimplemented");
-}
+IkRetriever* IkLocalIndexBinder::retriever() { return localRetriever(); }
 
 FiStemTable* IkLocalIndexBinder::stemTable() {
   if (stemTable_ == nullptr) {

@@ -74,7 +74,13 @@ PrSparseNodeImpl::PrSparseNodeImpl(int n)
 // rest of the list need not be looked at.
 void PrSparseNodeImpl::add(int doc, float score) {
   if (!(score > min_)) return;
+  if (sortMode_ != kUnsorted) filled_ = numTuples_;
   reordered(kUnsorted);
+  if (filled_ + 1 < numTuples_) {
+    tuples_[filled_++] = {doc, score};
+    return;
+  }
+  filled_ = numTuples_;
   float nextmin = score;
   bool placed = false;
   for (int i = 0; i < numTuples_; ++i) {
@@ -93,6 +99,7 @@ void PrSparseNodeImpl::add(int doc, float score) {
 void PrSparseNodeImpl::zero() {
   std::fill_n(tuples_.get(), numTuples_, PrTuple{});
   min_ = 0;
+  filled_ = 0;
   reordered(kUnsorted);
 }
 

@@ -57,6 +57,7 @@ class IkLocalIndexBinder : public IkIndexBinder {
   IkWordTable* wordTable() override;
   // Without <root>.trp the digests are computed from the documents.
   IkTranspose* transpose() override;
+  // Both give the same retriever. It serves one query at a time.
   IkRetriever* retriever() override;
   IkLocalRetriever* localRetriever();
 
@@ -73,7 +74,8 @@ class IkLocalIndexBinder : public IkIndexBinder {
   IkIdfCache* idfCache();
   FiStemTable* stemTable();
   IkUnstemmer* unstemmer();
-  // Null: there is no query accelerator.
+  // Null for an index without the files of a query accelerator. `map` is non-zero
+  // for mapping them.
   QaBinder* queryAccelBinder(int map);
 
   DcDocumentManager* documentManager() const { return docmgr_; }
@@ -106,6 +108,8 @@ class IkLocalIndexBinder : public IkIndexBinder {
   std::unique_ptr<IkTranspose> transpose_;
   std::unique_ptr<FiStemTable> stemTable_;
   std::unique_ptr<IkUnstemmer> unstemmer_;
+  std::unique_ptr<QaBinder> queryAccelBinder_;
+  std::unique_ptr<IkLocalRetriever> retriever_;
   int transposeCacheSize_ = 128;
   DcStructureMap* structureMap_ = nullptr;
   std::string safePath_ = "/tmp";

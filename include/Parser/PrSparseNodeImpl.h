@@ -61,14 +61,25 @@ class PrSparseNodeImpl : public PrSparseReadonly {
   explicit PrSparseNodeImpl(int n);
 
   // Nothing happens for a score not above min(). Otherwise the pair replaces a
-  // worst one, in one pass over the list.
+  // worst one, in one pass over the list; a list that is not full and was not
+  // sorted yet takes it at once.
   void add(int doc, float score) override;
   void zero() override;
   // 0 until the list is full.
   float min() override { return min_; }
 
+  // Replaces each score by map(score), which must keep the order of scores, and 0.
+  template <class Map>
+  void mapScores(Map map) {
+    for (int i = 0; i < numTuples_; ++i) tuples_[i].score = map(tuples_[i].score);
+    min_ = map(min_);
+    reordered(kUnsorted);
+    filled_ = numTuples_;
+  }
+
  private:
   float min_ = 0;
+  int filled_ = 0;  // below numTuples_: so many places are taken, the first ones
 };
 
 }  // namespace vandrelle

@@ -29,8 +29,8 @@ class FastBitVector {
   void bit(int number, int value) {
     check(number);
     const int mask = 1 << (number & 7);
-    u_char& byte = bits_[number >> 3];
-    byte = static_cast<u_char>(value != 0 ? byte | mask : byte & ~mask);
+    u_char& place = bits_[number >> 3];
+    place = static_cast<u_char>(value != 0 ? place | mask : place & ~mask);
   }
 
   int size() const { return size_; }  // in bits

@@ -11,6 +11,7 @@
 #include "Index/IkIdfCreator.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkProxCreator.h"
+#include "Index/IkSimilarity.h"
 #include "KeyFile/KfKeyFileManager.h"
 #include "Storage/StPosMapCreator.h"
 #include "Tool/ByteOrder.h"
@@ -22,8 +23,10 @@ namespace vandrelle {
 using IkTinyRow = std::vector<std::pair<int, std::vector<int>>>;
 using IkTinyWords = std::map<std::string, IkTinyRow>;
 
-// A row's scale is its number of chunks. Answers the root.
-inline std::string writeTinyIndex(const char* name, int numChunks, const IkTinyWords& words) {
+// The scale of a row is its number of chunks, or the idf for that if there is an
+// `idf`. Answers the root.
+inline std::string writeTinyIndex(const char* name, int numChunks, const IkTinyWords& words,
+                                  const IkSimilarity* idf = nullptr) {
   const std::string root = testing::TempDir() + name;
   for (const char* suffix : {".xk", ".xidx.xw", ".latest.info"}) {
     std::remove((root + suffix).c_str());
@@ -54,7 +57,8 @@ inline std::string writeTinyIndex(const char* name, int numChunks, const IkTinyW
     }
     map.add(positions.tell());
     idfs.add(1.0f);
-    rows.writeRow(pairs.data(), static_cast<int>(pairs.size()), static_cast<float>(pairs.size()));
+    const auto df = static_cast<int>(pairs.size());
+    rows.writeRow(pairs.data(), df, idf != nullptr ? idf->IDF(df) : static_cast<float>(df));
   }
   map.add(positions.tell());
   return root;

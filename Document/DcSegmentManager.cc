@@ -18,6 +18,8 @@ DEFINE_DESCRIPTOR(DcSegmentManager);
 namespace {
 
 constexpr int kBuckets = 512;
+// What a bucket is there for in a longer text, so that its chains stay short.
+constexpr int kCharactersPerBucket = 256;
 
 }  // namespace
 
@@ -33,7 +35,6 @@ void DcSegmentManager::initialize(TkStemmer* stemmer, TkLexer* lexer, DcAsciiDoc
   slideType_ = slideType;
   flagType_ = flagType;
   segmentNum_ = 0;
-  index_ = std::make_unique<FdFastTable>(kBuckets);
 }
 
 DcSegmentManager::DcSegmentManager() = default;
@@ -65,6 +66,7 @@ HeapAptr<char> DcSegmentManager::ReadBuffer() {
 }
 
 void DcSegmentManager::buildTable(const char* place, int numch) {
+  index_ = std::make_unique<FdFastTable>(std::max(kBuckets, numch / kCharactersPerBucket));
   for (int pos = 0; pos < numch;) insertNextSegment(place, pos, numch);
 }
 

@@ -1,6 +1,7 @@
 #include "Driver/VymFieldFinder.h"
 
 #include <strings.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
@@ -10,9 +11,9 @@
 #include "Document/DcSentenceManager.h"
 #include "Document/DcSimpleDocument.h"
 #include "Summary/PiHtmlSummarizeOperator.h"
+#include "Summary/PiSummarizer.h"
 #include "Token.h"
 #include "Tool/HeapText.h"
-#include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
 
@@ -25,6 +26,9 @@ constexpr char kMetaDescription[] =
 
 constexpr char kUntitled[] = "(Untitled)";
 constexpr char kNoSummary[] = "(No Summary)";
+
+const std::string kSummaryRoot = "/tmp/index";
+constexpr int kSummarySize = 400;
 
 constexpr int kReadLimit = 0x13FFF;
 constexpr std::size_t kFirstPiece = 4096;
@@ -162,12 +166,12 @@ char* VymFieldFinder::summarize(const char* body) {
 }
 
 char* VymFieldFinder::qualitySummary(const char* body) {
-  if (!qualityMissed_) {
-    LOG(0, 0,
-        "Quality summaries are not available yet; the first sentences of each document are used.");
-    qualityMissed_ = true;
-  }
-  return firstSentences(body);
+  const HeapAptr<char> text = PiHtmlSummarizeOperator::Html2Ascii(body, -1);
+  const std::string root = (sroot_ ? *sroot_ : kSummaryRoot) + std::to_string(getpid());
+  // A run without stem tables weighs the words as they stand.
+  TkStemmer* stemmer = stemmer_ != nullptr ? stemmer_ : nullStemmer_.get();
+  return PiSummarizer::summarize(text.get(), nullptr, kSummarySize, numSummarySentences_,
+                                 root.c_str(), 0, stemmer, textLexer_.get());
 }
 
 // Most pages have the wanted sentences near their top. A piece of the page is

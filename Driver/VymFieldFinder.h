@@ -40,7 +40,7 @@ class VymFieldFinder : public DcFieldFinder {
   // what the mode makes of the first 81919 bytes, or "(No Summary)".
   virtual char* getSummary(DcDocument* doc);
 
-  // Not owned; the mapper may be null.
+  // Not owned; both may be null.
   void stemmer(TkStemmer* stemmer) { stemmer_ = stemmer; }
   void mapper(VymFileToURLMapper* mapper) { mapper_ = mapper; }
   // Where a quality summary puts its work files; null for the default. Copied.
@@ -67,8 +67,7 @@ class VymFieldFinder : public DcFieldFinder {
   TkStemmer* stemmer_ = nullptr;
   VymFileToURLMapper* mapper_ = nullptr;
   std::unique_ptr<std::string> sroot_;
-  bool qualityMissed_ = false;  // the log has been told
-  // For cutting a text into sentences; neither is asked for a word.
+  // For summaries of text; the null stemmer where there is no other.
   std::unique_ptr<TkStemmer> nullStemmer_;
   std::unique_ptr<TkLexer> textLexer_;
 };

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "Fun/FdBDBMTable.h"
@@ -28,9 +29,25 @@ void removeUnfinished(const std::string& name) {
   ::unlink((name.substr(0, base) + "__db." + name.substr(base)).c_str());
 }
 
+// The library seeds random() from the clock and the process number, for marks of its
+// files. It does so in a state of its own here: the process's sequence stays as it
+// was, and a run that is repeated gives the same index.
+class KeptRandomState {
+ public:
+  KeptRandomState() : kept_(::initstate(1, scratch_, sizeof scratch_)) {}
+  ~KeptRandomState() { ::setstate(kept_); }
+  KeptRandomState(const KeptRandomState&) = delete;
+  KeptRandomState& operator=(const KeptRandomState&) = delete;
+
+ private:
+  char scratch_[32];
+  char* kept_;
+};
+
 DB* opened(const char* name, int flags, DBTYPE type, const void* info) {
   if (name == nullptr) return nullptr;
   if ((flags & O_CREAT) != 0) removeUnfinished(name);
+  const KeptRandomState state;
   DB* const database = dbopen(name, flags, kPermissions, type, info);
   if (database == nullptr && (flags & O_CREAT) != 0) removeUnfinished(name);
   return database;

@@ -116,6 +116,17 @@ void IkIndexer::flushTempfiles() {
   if (!wordTable_.empty()) flushToFile();
 }
 
+void IkIndexer::discard() {
+  entered_ = queued_;
+  resetTables();
+}
+
+void IkIndexer::resetTables() {
+  wordTable_.clear();
+  proxEntries_.clear();
+  bytesUsed_ = 0;
+}
+
 void IkIndexer::flushToFile() {
   IkTempfile file(tempfileName("tmp", filenum_).c_str());
   std::unique_ptr<IkProxCreator> prox;
@@ -140,9 +151,7 @@ void IkIndexer::flushToFile() {
     if (prox) writeProximity(*entry, prox.get());
   }
   file.writeEOF();
-  wordTable_.clear();
-  proxEntries_.clear();
-  bytesUsed_ = 0;
+  resetTables();
 }
 
 void IkIndexer::writeProximity(const IkIndexerTableEntry& entry, IkProxCreator* prox) {

@@ -232,6 +232,10 @@ IkUnstemmer* IkLocalIndexBinder::unstemmer() {
   return unstemmer_.get();
 }
 
+bool IkLocalIndexBinder::isUnderSafePath(const char* directory) const {
+  return safePath_.empty() || isUnder(directory, safePath_);
+}
+
 int IkLocalIndexBinder::cleanupFiles() {
   const std::string root = name_.suffix(nullptr);
   const std::size_t slash = root.rfind('/');

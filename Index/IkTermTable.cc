@@ -46,7 +46,7 @@ void IkTermArena::clear() {
 
 namespace {
 
-constexpr std::size_t kFirstSlots = std::size_t{1} << 17;
+constexpr std::size_t kFirstSlots = std::size_t{1} << 10;
 constexpr unsigned kFirstRecordPower = 4;
 
 }  // namespace

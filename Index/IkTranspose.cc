@@ -143,8 +143,10 @@ void IkTranspose::sortByScore(int doc) {
 }
 
 float IkTranspose::dotProduct(int doc1, int doc2) {
-  // The first line must not be evicted while the second is fetched.
+  // The first line must not be evicted while the second is fetched. A line that
+  // was there before isn't locked by asking for it.
   const unsigned char* first = digest(doc1, 1);
+  if (cache_) cache_->locked(doc1, 1);
   const unsigned char* second = digest(doc2, 1);
   float total = 0;
   int i = 0;

@@ -40,8 +40,8 @@ std::string repeated(const std::string& start, const std::string& part) {
   return text;
 }
 
-void BM_Summary(benchmark::State& state, const std::string& text) {
-  VymFieldFinder finder(1, 5);
+void BM_Summary(benchmark::State& state, const std::string& text, int mode = 1) {
+  VymFieldFinder finder(mode, 5);
   for (auto _ : state) {
     TextPage page(text);
     HeapAptr<char> summary(finder.getSummary(&page));
@@ -56,6 +56,7 @@ const std::string kProse =
     "<li>south</li></ul>\n";
 
 BENCHMARK_CAPTURE(BM_Summary, prose, repeated("", kProse));
+BENCHMARK_CAPTURE(BM_Summary, quality, repeated("", kProse), 2);
 BENCHMARK_CAPTURE(BM_Summary, keywords,
                   repeated("<meta name=\"keywords\" content=\"harbour\">", kProse));
 BENCHMARK_CAPTURE(BM_Summary, description,

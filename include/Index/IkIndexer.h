@@ -41,6 +41,9 @@ class IkIndexer : public IkCreatorImpl {
 
   // Writes the table out unless it is empty.
   void flushTempfiles();
+  // Forgets what the table holds, so that nothing is compiled at the end. For an
+  // indexer whose work was cut short.
+  void discard();
 
   // Adds a temporary file by name to the list for makeIndexExplicitTempfiles().
   // One that can't be opened is passed over. With recordProximity its name must
@@ -88,6 +91,7 @@ class IkIndexer : public IkCreatorImpl {
   void drain();
   void addPosition(const IkIndexerTableEntry& entry, int pos);
   void flushToFile();
+  void resetTables();
   void writeProximity(const IkIndexerTableEntry& entry, class IkProxCreator* prox);
   std::string tempfileName(const char* base, int number) const;
   void compile(const std::vector<std::string>& tempfiles);

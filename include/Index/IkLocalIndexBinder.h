@@ -91,6 +91,9 @@ class IkLocalIndexBinder : public IkIndexBinder {
   // -1 for a root without a name or a directory that can't be read.
   int cleanupFiles();
   void safeCleanupPath(const char* path) { safePath_ = path; }
+  // Does a directory, links and dots resolved, lie under the safe path? Any does
+  // under an empty one, and none that isn't there under another.
+  bool isUnderSafePath(const char* directory) const;
 
  private:
   int transposeEntrySize(const std::string& filename);

@@ -72,6 +72,7 @@ TEST(VymFieldFinder, Descriptions) {
   const struct {
     const char* page;
     const char* summary;
+    const char* quality = nullptr;  // in mode 2, where it differs
   } cases[] = {
       {"<META NAME=\"description\" CONTENT=\"Boats and ships\">x", " Boats and ships"},
       {"<meta name=description content=boats>", "boat"},
@@ -87,13 +88,15 @@ TEST(VymFieldFinder, Descriptions) {
        " text/html"},
       {"<MAP><p><meta name=\"description\" content=\"Boats\">", " Boats"},
       {"meta name=description content=boats. No tag at all.",
-       "meta name=description content=boats.   No tag at ...  "},
-      {"<META name=\"keywords\" content=\"boats\">Some text", "Some ...  "},
-      {"<meta name=\"description\" contents=\"boats\">Some text", "Some ...  "},
-      {"<meta name=\"description\"content=\"boats\">Some text", "Some ...  "},
+       "meta name=description content=boats.   No tag at ...  ",
+       "meta name=description content=boats. No tag at all."},
+      {"<META name=\"keywords\" content=\"boats\">Some text", "Some ...  ", "Some text"},
+      {"<meta name=\"description\" contents=\"boats\">Some text", "Some ...  ", "Some text"},
+      {"<meta name=\"description\"content=\"boats\">Some text", "Some ...  ", "Some text"},
   };
   for (const auto& c : cases) {
-    for (const int mode : {1, 2}) EXPECT_EQ(summary(Page(c.page), mode), c.summary) << c.page;
+    EXPECT_EQ(summary(Page(c.page), 1), c.summary) << c.page;
+    EXPECT_EQ(summary(Page(c.page), 2), c.quality != nullptr ? c.quality : c.summary) << c.page;
   }
   EXPECT_EQ(summary(Page(cases[0].page), 0), "(No Summary)");
 }

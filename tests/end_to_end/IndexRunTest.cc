@@ -273,6 +273,36 @@ TEST_F(IndexRunTest, FieldsOfTheDocuments) {
   EXPECT_EQ(summaries[2], "The sea comes in.  ");
 }
 
+// The same sentences are chosen in every run, also where a sample is drawn, and the
+// work files go.
+TEST_F(IndexRunTest, QualitySummaries) {
+  const std::string tides =
+      "Nobody asked. The tide lifts boats in the harbour. Bread costs money. The tide leaves the "
+      "harbour and the boats. Cows eat grass.";
+  for (const char* name : {"x.html", "y.html"}) write(site(name), "<h1>Page</h1>" + tides);
+  std::string numbers;
+  for (int i = 0; i < 400; ++i) numbers += "And " + std::to_string(i * i % 89) + " or so is it. ";
+  write(site("z.html"), numbers);
+  const Texts named{"-R",    root(), path("site"), "-qsum", "-nss",   "2",
+                    "-stem", kStem,  "-stop",      kStop,   "-sroot", path("q")};
+  build(named);
+  const Texts summaries = field("summary");
+  ASSERT_EQ(summaries.size(), 6u);
+  EXPECT_EQ(summaries[2],
+            " The tide lifts boats in the harbour. The tide leaves the harbour and the boats.");
+  EXPECT_EQ(summaries[3], summaries[2]);
+  EXPECT_EQ(filesOf(path("q")), (std::map<std::string, std::string>()));
+  const std::string fields = contentsOf(root() + ".fdat");
+  build(named);
+  EXPECT_EQ(contentsOf(root() + ".fdat"), fields);
+
+  const ProgramRun failed = index(named + Texts{"-sroot", path("gone/q")});
+  EXPECT_EQ(failed.status, 0);
+  EXPECT_EQ(failed.errors.substr(0, failed.errors.find("sentences\n", 20)),
+            "index of sentences couldn't be built\ncouldn't bind to index of ");
+  EXPECT_EQ(field("summary")[1], "(No Summary)");
+}
+
 TEST_F(IndexRunTest, RunsThatBuildNothing) {
   const struct {
     Texts arguments;

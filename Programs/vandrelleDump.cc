@@ -28,6 +28,7 @@
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcHeaderDocument.h"
 #include "Document/DcMetaDocManager.h"
+#include "Driver/FailureReport.h"
 #include "Driver/VymTypes.h"
 #include "Exception.h"
 #include "Index/IkDataFileBinder.h"
@@ -41,8 +42,8 @@
 #include "KeyFile.h"
 #include "Token/TkStemmer.h"
 #include "Tool/CommandLine.h"
+#include "Tool/PrintableText.h"
 #include "Tool/SysTools.h"
-#include "Tool/VandrelleLog.h"
 #include "Word.h"
 
 namespace vandrelle {
@@ -55,44 +56,10 @@ constexpr const char* kUsage =
     "| "
     "stem STEM]";
 
-// Readers log some damage and go on; here it counts as a failure.
-class FailureReport : public VandrelleLog {
- public:
-  void log(int msg_type, int /*msg_level*/, const char* msg) override {
-    if (msg_type == 0) report(msg);
-  }
-  // Only the first failure is told: further ones mostly follow from it.
-  void report(const char* msg) {
-    if (failures_++ == 0) std::cerr << "vandrelleDump: " << msg << '\n';
-  }
-  int failures() const { return failures_; }
-
- private:
-  int failures_ = 0;
-};
-
-// Text of an index may be anything when a file is damaged: control bytes come
-// out as \xHH, so that they cannot reach a terminal.
-std::string printable(std::string_view text) {
-  static constexpr char kDigits[] = "0123456789abcdef";
-  std::string result;
-  for (const char letter : text) {
-    const auto byte = static_cast<unsigned char>(letter);
-    if (byte < 0x20 || byte == 0x7F) {
-      result += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]};
-    } else {
-      result += letter;
-    }
-  }
-  return result;
-}
+using vandrelle::printable;
 
 std::string printable(const WmWord& word) {
   return printable(std::string_view(word.letters(), static_cast<std::size_t>(word.num_letters())));
-}
-
-std::string printable(const char* text) {
-  return printable(std::string_view(text == nullptr ? "" : text));
 }
 
 // Bytes of a file, or of all parts of a storage that has outgrown one file; -1 if
@@ -365,7 +332,7 @@ void dump(const CommandLine& options) {
 }
 
 int run(int argc, char** argv) {
-  static FailureReport report;
+  static FailureReport report("vandrelleDump");
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     CommandLine options;

@@ -227,6 +227,8 @@ FiStemTable* IkLocalIndexBinder::stemTable() {
   return stemTable_.get();
 }
 
+bool IkLocalIndexBinder::hasStemTable() { return SysTools::fileExists(name_.suffix(".unstem")); }
+
 IkUnstemmer* IkLocalIndexBinder::unstemmer() {
   if (unstemmer_ == nullptr) unstemmer_ = std::make_unique<IkUnstemmer>(idfCache(), stemTable());
   return unstemmer_.get();

@@ -73,6 +73,8 @@ class IkLocalIndexBinder : public IkIndexBinder {
   IkIdfBinder* idfBinder();
   IkIdfCache* idfCache();
   FiStemTable* stemTable();
+  // Has the index an unstemming table? Without one stemTable() and unstemmer() throw.
+  bool hasStemTable();
   IkUnstemmer* unstemmer();
   // Null for an index without the files of a query accelerator. `map` is non-zero
   // for mapping them.

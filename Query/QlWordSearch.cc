@@ -1,0 +1,179 @@
+#include "Query/QlWordSearch.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "Index/IkIdfCache.h"
+#include "Index/IkIndexInfo.h"
+#include "Index/IkLocalIndexBinder.h"
+#include "Index/IkLocalRetriever.h"
+#include "Index/IkRetrieverInput.h"
+#include "Index/IkSimilarity.h"
+#include "Index/IkUnstemmer.h"
+#include "Index/IkWordTable.h"
+#include "Parser/PrSparseNodeImpl.h"
+#include "Query/QlTitles.h"
+#include "Token.h"
+#include "Token/CharacterClass.h"
+
+namespace vandrelle {
+namespace {
+
+// A stemmer drops these by rule and not because they say nothing.
+bool isNumberOrLetter(const WmWord& word) {
+  if (word.num_letters() == 1) return true;
+  return std::any_of(word.letters(), word.letters() + word.num_letters(), character_class::isDigit);
+}
+
+}  // namespace
+
+WmMagicWord QlWords::stemOf(TkStemmer* stemmer, const WmWord& word) {
+  WmLocalWord stem;
+  stemmer->stem(&word, stem.word());
+  if (stem->valid()) return WmMagicWord(*stem);
+  return isNumberOrLetter(word) ? WmMagicWord(word) : WmMagicWord();
+}
+
+bool QlWords::addText(std::string_view text, float weight) {
+  TkPassStem asTyped;
+  const std::unique_ptr<TkLexer> lexer(TkManager::SimpleTextLexer());
+  TkMemoryStream words(&asTyped, lexer.get(), text.data(), text.size(), true);
+  for (words.reset(); words.more(); words.next()) {
+    if (words_ == kMaxWords) return false;
+    ++words_;
+    add(*static_cast<const WmWord*>(words.key()), weight);
+  }
+  return true;
+}
+
+void QlWords::add(const WmWord& word, float weight) {
+  WmMagicWord stem = stemOf(stemmer_, word);
+  const bool stopped = !stem.valid();
+  if (stopped) stem = word;
+  const auto known = std::find_if(asked_.begin(), asked_.end(), [&](const Asked& asked) {
+    return asked.stopped == stopped && asked.stem == stem;
+  });
+  if (known != asked_.end()) {
+    known->weight += weight;
+  } else {
+    asked_.push_back({stem, WmMagicWord(word), weight, stopped});
+  }
+}
+
+QlWordSearch::QlWordSearch(IkLocalIndexBinder* binder, TkStemmer* stemmer, DcFieldsBinder* fields)
+    : binder_(binder),
+      stemmer_(stemmer),
+      unstemmer_(binder->hasStemTable() ? binder->unstemmer() : nullptr),
+      titles_(std::make_unique<QlTitles>(fields)) {}
+
+QlWordSearch::~QlWordSearch() = default;
+
+int QlWordSearch::numDocuments() const { return binder_->info()->totalNumChunks; }
+
+std::unique_ptr<PrSparseReadonly> QlWordSearch::retrieve(const QlWords& words, int count,
+                                                         int* matches) {
+  IkRetrieverInput input;
+  fill(words, input);
+  IkLocalRetriever* const retriever = binder_->localRetriever();
+  // An earlier query may have left a bound.
+  retriever->maxDocs(0);
+  // All of them: what the titles choose from, and no bound to what is counted.
+  const std::unique_ptr<PrSparseReadonly> found(
+      static_cast<PrSparseReadonly*>(retriever->retrieve(&input, numDocuments())));
+  if (matches != nullptr) *matches = input.matches();
+  return best(*found, count);
+}
+
+// The `count` best, after the best by text had their titles looked at.
+std::unique_ptr<PrSparseReadonly> QlWordSearch::best(const PrSparseReadonly& found, int count) {
+  std::vector<PrTuple> ranked;
+  for (int i = 0; i < found.numTuples(); ++i) {
+    if (found.docScore(i) > 0) ranked.push_back({found.docNum(i), found.docScore(i)});
+  }
+  const auto higher = [](const PrTuple& a, const PrTuple& b) {
+    return a.score != b.score ? a.score > b.score : a.doc < b.doc;
+  };
+  const auto size = static_cast<int>(ranked.size());
+  const auto sortBest = [&](int wanted) {
+    std::partial_sort(ranked.begin(), ranked.begin() + std::min(wanted, size), ranked.end(),
+                      higher);
+  };
+  if (titleWeight_ > 0) {
+    const int candidates = std::min(kTitleCandidates, size);
+    if (candidates < size) {
+      std::nth_element(ranked.begin(), ranked.begin() + candidates, ranked.end(), higher);
+    }
+    for (int i = 0; i < candidates; ++i) {
+      PrTuple& candidate = ranked[static_cast<std::size_t>(i)];
+      candidate.score *= 1.0f + titleWeight_ * titles_->fit(candidate.doc);
+    }
+  }
+  sortBest(count);
+  const int kept = std::min(count, size);
+  auto tuples = std::make_unique<PrTuple[]>(static_cast<std::size_t>(kept));
+  std::copy_n(ranked.begin(), kept, tuples.get());
+  auto result = std::make_unique<PrSparseReadonly>(kept, std::move(tuples));
+  result->sortByScore();
+  return result;
+}
+
+void QlWordSearch::fill(const QlWords& words, IkRetrieverInput& input) {
+  const bool onlyStopWords = std::all_of(words.asked_.begin(), words.asked_.end(),
+                                         [](const auto& asked) { return asked.stopped; });
+  titles_->forget();
+  int dimensions = 0;
+  for (const QlWords::Asked& asked : words.asked_) {
+    if (asked.stopped && !onlyStopWords) continue;
+    stems_.insert(asked.stem);
+    const std::vector<WmMagicWord> dimension = members(asked);
+    const float weight = asked.weight * idf(dimension);
+    for (const WmMagicWord& word : dimension) titles_->ask(*word, dimensions, weight);
+    ++dimensions;
+    if (dimension.size() == 1) {
+      input.add(dimension[0].word(), asked.weight);
+      continue;
+    }
+    // The members weigh nothing by themselves: so they are one dimension, and the
+    // rare ones among them may be condensed into one row.
+    IkRetrieverInput::TermData* const term = input.newVirtualTerm();
+    term->weight = asked.weight;
+    for (const WmMagicWord& word : dimension) input.addVirtual(term->number, word.word(), 0.0f);
+  }
+}
+
+// The words of the index behind what was asked for, at least one: the typed word
+// itself where the index knows none.
+std::vector<WmMagicWord> QlWordSearch::members(const QlWords::Asked& asked) const {
+  std::vector<WmMagicWord> words;
+  if (!asked.stopped && unstemmer_ != nullptr) {
+    IkUnstemmer::Tree found;
+    unstemmer_->find(*asked.stem, found, std::numeric_limits<int>::max());
+    for (auto entries = found.iterator(); entries.more(); entries.next()) {
+      words.push_back(entries.data().word);
+    }
+  }
+  // The table leaves out the rarest words, of which the typed one may be one.
+  if (words.empty() || (std::find(words.begin(), words.end(), asked.word) == words.end() &&
+                        binder_->wordTable()->wordNum(asked.word.word()) >= 0)) {
+    words.push_back(asked.word);
+  }
+  return words;
+}
+
+// Of all words together, as the retriever has it.
+float QlWordSearch::idf(const std::vector<WmMagicWord>& dimension) const {
+  const IkSimilarity& similarity = binder_->localRetriever()->Similarity();
+  int documents = 0;
+  for (const WmMagicWord& word : dimension) {
+    const float idf = binder_->idfCache()->idf(*word);
+    documents += idf > 0 ? similarity.InverseIDF(idf) : 1;
+  }
+  return similarity.IDF(documents);
+}
+
+bool QlWordSearch::matches(const WmWord& word) const {
+  const WmMagicWord stem = QlWords::stemOf(stemmer_, word);
+  return stems_.count(stem.valid() ? stem : WmMagicWord(word)) != 0;
+}
+
+}  // namespace vandrelle

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build ccache libgtest-dev libbenchmark-dev libre2-dev
-  libdb5.3-dev clang-format time)
+  libdb5.3-dev nlohmann-json3-dev clang-format time)
 
 installed() {
   [[ $(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null) == installed ]]

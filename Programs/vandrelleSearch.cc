@@ -46,6 +46,7 @@
 #include "Token.h"
 #include "Tool/CommandLine.h"
 #include "Tool/PrintableText.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 namespace {
@@ -277,6 +278,9 @@ int run(int argc, char** argv) {
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     VandrelleLog::Logger(&report);
+    if (!SysTools::fileExists((options.root + ".info").c_str())) {
+      THROW(Search, "there is no index " << options.root);
+    }
     Session(options).run();
     std::cout.flush();
     return report.failures() == 0 && std::cout ? 0 : 1;

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the release preset, indexes the web site in
-# examples/site and shows what came out. The index lies in out/demo/ afterwards,
-# for further looking with build/release/bin/vandrelleDump.
+# examples/site, shows what came out and asks the index. The index lies in out/demo/ afterwards,
+# for further looking with build/release/bin/vandrelleDump and vandrelleSearch.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -37,3 +37,11 @@ dump row bridge
 for document in 0 7 21; do dump doc "$document"; done
 dump digest 7
 dump stem clock
+
+search() {
+  say "vandrelleSearch -R $root${*:+ $*}"
+  "$programs/vandrelleSearch" -R "$root" -stem build/release/table/stem.tbl \
+    -stop build/release/table/stop "$@"
+}
+search -n 3 repairing clocks
+search -n 3 '(and (find bridges over the river) (not (find iron)))'

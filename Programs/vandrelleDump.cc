@@ -332,7 +332,7 @@ void dump(const CommandLine& options) {
 }
 
 int run(int argc, char** argv) {
-  FailureReport report("vandrelleDump");
+  static FailureReport report("vandrelleDump");
   return runReported(report, [&] {
     CommandLine options;
     options.arg_double("root", "-R", nullptr);

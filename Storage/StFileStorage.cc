@@ -19,10 +19,12 @@ namespace {
 
 void* const kMapped = reinterpret_cast<void*>(1);
 
-// Both throw on behalf of the storage at `path`.
-[[noreturn]] void fail(const char* what, const char* path) { THROW(St, what << StFileText{path}); }
-[[noreturn]] void failSystem(const char* what, const char* path) {
-  THROW(St, what << StFileSystemText{path});
+// Both throw on behalf of the storage at `path`, from the caller's line.
+[[noreturn]] void fail(const char* what, const char* path, int line = __builtin_LINE()) {
+  THROW_AT(St, line, what << StFileText{path});
+}
+[[noreturn]] void failSystem(const char* what, const char* path, int line = __builtin_LINE()) {
+  THROW_AT(St, line, what << StFileSystemText{path});
 }
 
 }  // namespace

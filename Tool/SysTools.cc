@@ -50,10 +50,10 @@ constexpr MapMode kMapModes[] = {
     {O_RDWR | O_CREAT | O_TRUNC, PROT_READ | PROT_WRITE, MAP_SHARED, 0644},
 };
 
-[[noreturn]] void throwMapFailure(int fd, int error) {
+[[noreturn]] void throwMapFailure(int fd, int error, int line = __builtin_LINE()) {
   close(fd);
   errno = error;
-  THROW(SysTools, "mmap failed: " << SysTools::strerror());
+  THROW_AT(SysTools, line, "mmap failed: " << SysTools::strerror());
 }
 
 // The directory of a path, with its slash. A path whose only slash stands at its

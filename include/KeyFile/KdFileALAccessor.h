@@ -19,7 +19,9 @@ class KdFileALAccessor : public KdChunkAccessor {
   KdFileALAccessor(std::ifstream* ptr_file, int keyfile_fd, KdDataPlace place);
 
  private:
-  [[noreturn]] void fail(const char* text, const char* detail) override;
+  [[noreturn]] void fail(const char* text, const char* detail = "",
+                         const char* source = "KdFileALAccessor",
+                         int line = __builtin_LINE()) override;
 
   std::vector<unsigned char> records_;
   std::vector<unsigned char> words_;

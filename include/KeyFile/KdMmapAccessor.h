@@ -23,7 +23,9 @@ class KdMmapAccessor final : public KdChunkAccessor {
   SysToolsMapObject* ptrMap() override { return &ptr_file_map_; }
 
  private:
-  [[noreturn]] void fail(const char* text, const char* detail) override;
+  [[noreturn]] void fail(const char* text, const char* detail = "",
+                         const char* source = "KdMmapAccessor",
+                         int line = __builtin_LINE()) override;
 
   bool bound_ = false;
   std::unique_ptr<SysToolsMapObject> key_file_map_;

@@ -161,12 +161,12 @@ void* SysTools::map(const char* filename, int mode, int* size, int* outfd) {
     }
     if (status.st_size > INT_MAX) throwMapFailure(fd, EFBIG);
     length = static_cast<int>(status.st_size);
-    if (size != nullptr) *size = length;
   }
   if (length < 0) throwMapFailure(fd, EINVAL);
   void* address =
       mmap(nullptr, static_cast<std::size_t>(length), how.protection, how.sharing, fd, 0);
   if (address == MAP_FAILED) throwMapFailure(fd, errno);
+  if (size != nullptr) *size = length;
   if (outfd != nullptr) *outfd = fd;
   return address;
 }

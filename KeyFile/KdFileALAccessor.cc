@@ -11,7 +11,8 @@ std::vector<unsigned char> KdReadWholeFile(std::ifstream* file) {
   file->seekg(0, std::ios::end);
   const std::streamoff bytes = file->tellg();
   std::vector<unsigned char> content;
-  if (bytes <= 0) return content;
+  // A folder tells an endless size.
+  if (bytes <= 0 || bytes > INT32_MAX) return content;
   content.resize(static_cast<std::size_t>(bytes));
   file->seekg(0);
   file->read(reinterpret_cast<char*>(content.data()), bytes);

@@ -104,6 +104,7 @@ TEST(FdTable, ReplacesAndCounts) {
   int size = sizeof text;
   ASSERT_TRUE(table.bag()->find("7", 2, text, &size));
   EXPECT_STREQ(text, "longer than an int");
+  EXPECT_NE(thrownBy([&] { table.bag()->insert("7", 2, text, 4093); }), "");
   EXPECT_TRUE(table.remove("7"));
   EXPECT_FALSE(table.remove("7"));
   int sum = 0;

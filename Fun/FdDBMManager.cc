@@ -55,7 +55,7 @@ DB* opened(const char* name, int flags, DBTYPE type, const void* info) {
 
 FdBag* tableOf(DB* database, const char* name, int mode) {
   if (database == nullptr) THROW(DBM, kFailures[mode] << (name != nullptr ? name : ""));
-  return new FdBDBMTable(database);
+  return new FdBDBMTable(database, name);
 }
 
 }  // namespace
@@ -109,7 +109,7 @@ FdBag* FdDBMManager::Bind(const char* name) {
   if (database == nullptr) {
     THROW(DBM, "Failed to initialize DBM table" << (name != nullptr ? name : ""));
   }
-  return new FdBDBMTable(database);
+  return new FdBDBMTable(database, name);
 }
 
 FdBag* FdDBMManager::Ndbm(const char*) {

@@ -1,8 +1,10 @@
 #include "Fun/FdBDBMTable.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -65,9 +67,51 @@ TEST_F(FdBDBMTableTest, KeepsOneValueAKeyAcrossRuns) {
   }
 }
 
-TEST_F(FdBDBMTableTest, OtherFilesAreRefused) {
+TEST_F(FdBDBMTableTest, Refusals) {
   std::ofstream(name_) << "no table at all";
-  EXPECT_EQ(thrownBy([&] { FdDBMManager::Bind(name_.c_str()); }).substr(0, 4), "DBM:");
+  const std::string tree = directory_ / "tree", none = directory_ / "none/t";
+  delete FdDBMManager::Btree(tree.c_str(), 1);
+  const struct {
+    FdBag* (*call)(const char*);
+    std::string name, text;
+  } cases[] = {
+      {FdDBMManager::Bind, name_, "DBM: Failed to initialize DBM table" + name_},
+      {FdDBMManager::Bind, none, "DBM: Failed to initialize DBM table" + none},
+      {FdDBMManager::Bind, tree, ""},
+      {[](const char* name) { return FdDBMManager::Hash(name, 2); }, tree,
+       "DBM: Could not bind to table " + tree},
+      {[](const char* name) { return FdDBMManager::Btree(name, 0); }, name_,
+       "DBM: Could not open table " + name_},
+      {[](const char* name) { return FdDBMManager::Hash(name, 1); }, none,
+       "DBM: Could not create table " + none},
+      {[](const char* name) { return FdDBMManager::Btree(name, 3); }, name_,
+       "DBM: Invalid table mode 3"},
+      {FdDBMManager::Ndbm, name_,
+       "DBMUnimpl: FdBag* FdDBMManager::Ndbm(char*) is unimplemented in this class"},
+  };
+  testing::internal::CaptureStderr();
+  for (const auto& c : cases) {
+    EXPECT_EQ(thrownBy([&] { delete c.call(c.name.c_str()); }), c.text);
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+// A device of 32 kilobytes, made by a limit on the size of files.
+TEST_F(FdBDBMTableTest, FlushTellsOfAFullDisk) {
+  FdBDBMTable* table = static_cast<FdBDBMTable*>(FdDBMManager::Hash(name_.c_str(), 1));
+  const std::string data(100, 'x');
+  for (int i = 0; i < 1000; ++i) table->insert(&i, sizeof i, data.data(), 100);
+  rlimit old;
+  getrlimit(RLIMIT_FSIZE, &old);
+  const rlimit small{32 * 1024, old.rlim_max};
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &small);
+  const std::string thrown = thrownBy([&] { table->flush(); });
+  setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, oldHandler);
+  EXPECT_EQ(thrown, "DBM: Couldn't write " + name_);
+  EXPECT_EQ(thrownBy([&] { table->flush(); }), "");
+  delete table;
 }
 
 }  // namespace

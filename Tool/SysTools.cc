@@ -119,7 +119,7 @@ bool SysTools::removeFile(const char* filename) {
 
 int SysTools::removeFiles(const char* directory, const char* regExpr) {
   const RegularExpression expression(regExpr);
-  if (!expression.valid()) return 0;
+  if (!expression.valid() || directory == nullptr) return 0;
   DIR* entries = opendir(directory);
   if (entries == nullptr) {
     LOG(0, 0, "Warning: directory " << directory << " can't be opened for reading\n");

@@ -93,6 +93,8 @@ TEST(CommandLine, LongTokensOfAFileComeInPieces) {
   CommandLine line;
   std::istringstream file(std::string(300, 'x') + " y");
   line.parse(file);
+  line.parse(nullptr);
+  EXPECT_FALSE(line.exist_arg(nullptr));
   EXPECT_EQ(line.numUnusedArgs(), 3);
   EXPECT_EQ(line.unusedArg(0), std::string(255, 'x'));
   EXPECT_EQ(line.unusedArg(1), std::string(45, 'x'));

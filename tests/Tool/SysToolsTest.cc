@@ -1,16 +1,15 @@
 #include "Tool/SysTools.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
 
+#include "SmallDevice.h"
 #include "ThrownBy.h"
 #include "Tool/NameManager.h"
 #include "Tool/VandrelleLog.h"
@@ -57,26 +56,18 @@ TEST_F(SysToolsTest, RemovesFilesByExpression) {
   EXPECT_EQ(SysTools::removeFiles(directory_.c_str(), "\\.tmp"), 2);
   EXPECT_EQ(SysTools::removeFiles((directory_ / "").c_str(), "^tmp"), 1);
   EXPECT_EQ(SysTools::removeFiles(directory_.c_str(), "(unclosed"), 0);
+  EXPECT_EQ(SysTools::removeFiles(nullptr, "tmp"), 0);
   said.str("");
   EXPECT_EQ(SysTools::removeFiles("/nonexistent", "."), 0);
   EXPECT_EQ(said.str(), "Warning: directory /nonexistent can't be opened for reading\n\n");
   EXPECT_TRUE(SysTools::fileExists((directory_ / "keep").c_str()));
 }
 
-// A device of 40 kilobytes, made by a limit on the size of files.
 TEST_F(SysToolsTest, FreeSpaceFindsTheEndOfTheDevice) {
   const std::string root = (directory_ / "root").string();
-  rlimit old;
-  getrlimit(RLIMIT_FSIZE, &old);
-  const rlimit small{32 * 1024, old.rlim_max};
-  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &small);
-  const bool fits = SysTools::freeSpace(root.c_str(), 32);
-  const bool tooMuch = SysTools::freeSpace(root.c_str(), 33);
-  setrlimit(RLIMIT_FSIZE, &old);
-  std::signal(SIGXFSZ, oldHandler);
-  EXPECT_TRUE(fits);
-  EXPECT_FALSE(tooMuch);
+  const SmallDevice device(32 * 1024);
+  EXPECT_TRUE(SysTools::freeSpace(root.c_str(), 32));
+  EXPECT_FALSE(SysTools::freeSpace(root.c_str(), 33));
   EXPECT_TRUE(fs::is_empty(directory_));
 }
 
@@ -122,6 +113,12 @@ TEST_F(VersionControlTest, StampsAreBigEndianWords) {
   EXPECT_EQ(VersionControl::getVersion(root.c_str(), -1), 0);
   EXPECT_EQ(thrownBy([] { VersionControl::getVersion("/nonexistent/x", 0); }),
             "Version: could not create /nonexistent/x.ver");
+  std::ofstream(root + ".ver") << "cut short";
+  VersionControl::setVersion(root.c_str(), 0, 1);
+  EXPECT_EQ(contentOf(root + ".ver"), std::string("\0\0\0\1\0\0\0\0\0\0\0\0", 12));
+  const SmallDevice device(0);
+  EXPECT_EQ(thrownBy([&] { VersionControl::setVersion(root.c_str(), 0, 1); }),
+            "Version: could not write " + root + ".ver");
 }
 
 }  // namespace

@@ -91,6 +91,13 @@ TEST(MagicWord, SharesAndReleases) {
   EXPECT_FALSE(none.valid());
   EXPECT_EQ(none.word(), nullptr);
   EXPECT_TRUE(none < a && none == WmMagicWord() && none != *a);
+  // Words are compared whole, where the collation ends at a NUL.
+  WmMagicWord b("word");
+  a->rawletter(1, '\0');
+  b->rawletter(1, '\0');
+  EXPECT_EQ(a, b);
+  b->rawletter(2, 'x');
+  EXPECT_TRUE(a != b && *a != *b);
   a = none;
   EXPECT_FALSE(a.valid());
 }

@@ -1,11 +1,14 @@
 #include "Token/TkStopTable.h"
 
+#include <cstdio>
 #include <fstream>
+#include <string>
 
-#include "KeyFile/KdStopCreator.h"
+#include "KeyFile/KdStopAccessor.h"
 #include "KeyFile/KfKeyFileManager.h"
 #include "Token/CharacterClass.h"
 #include "Token/TkSourceReader.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 
@@ -20,9 +23,10 @@ constexpr int kKeyFileType = 12;
 }  // namespace
 
 TkStopTable::TkStopTable(const char* tableName) : table_(kBuckets) {
+  if (tableName == nullptr) tableName = kDefaultTable;
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
-    readStopFileIntoTable(tableName != nullptr ? tableName : kDefaultTable);
+    if (!readStopFileIntoTable(tableName)) THROW(IO, tableName << " is no stop table");
     return;
   }
   environment.restore_env();
@@ -31,8 +35,10 @@ TkStopTable::TkStopTable(const char* tableName) : table_(kBuckets) {
   ExceptionManager::instance()->do_throw();
 }
 
-void TkStopTable::readStopFileIntoTable(const char* tableName) {
+// False for a key file of another kind, whose data are no words.
+bool TkStopTable::readStopFileIntoTable(const char* tableName) {
   const std::unique_ptr<KdFileAccessor> accessor(KfKeyFileManager::KdBind(tableName));
+  if (dynamic_cast<const KdStopAccessor*>(accessor.get()) == nullptr) return false;
   const std::unique_ptr<KdStream> stream(accessor->iterator());
   for (stream->reset(); stream->more(); stream->next()) {
     const WmWord* key = dupList_.emplace_back(WmWord::Create(*stream->key())).get();
@@ -43,6 +49,7 @@ void TkStopTable::readStopFileIntoTable(const char* tableName) {
     }
     table_.insert(key, reinterpret_cast<FdFastWordTable::Data>(replacement));
   }
+  return true;
 }
 
 int TkStopTable::stop(const WmWord* word, WmWord* data) {
@@ -57,14 +64,10 @@ int TkStopTable::stop(const WmWord* word, WmWord* data) {
   return 1;
 }
 
-void TkStopTable::createTable(const char* flatFileName, const char* tableName) {
-  std::ifstream is(flatFileName);
-  if (!is) THROW(IO, "Error opening stop table source file: " << flatFileName);
-  const int first = is.peek();
-  if (first == EOF || !character_class::isLetter(static_cast<char>(first))) {
-    is.close();
-    THROW(IO, "Bad file type - must pass in a flat file: " << flatFileName);
-  }
+namespace {
+
+// Leaves the files of `tableName` unfinished if it throws.
+void compile(std::istream& is, const char* tableName) {
   std::unique_ptr<KdFileCreator> creator(
       KfKeyFileManager::KdCreate(tableName, kChunkSize, kKeyFileType, 0));
   TkSourceReader reader(&is);

@@ -22,7 +22,8 @@ struct TkSourceFault;
 class TkStopTable final : public TkStopLookup {
  public:
   // Loads a compiled table, given by its root name; null means
-  // /Vandrelle/table/stop. Throws what the key file throws.
+  // /Vandrelle/table/stop. Throws what the key file throws, and _Exception_IO for a
+  // key file of another kind.
   explicit TkStopTable(const char* tableName);
   TkStopTable(const TkStopTable&) = delete;
   TkStopTable& operator=(const TkStopTable&) = delete;
@@ -41,7 +42,7 @@ class TkStopTable final : public TkStopLookup {
   int stop(const WmWord* word, WmWord* data) override;
 
  private:
-  void readStopFileIntoTable(const char* tableName);
+  bool readStopFileIntoTable(const char* tableName);
 
   FdFastWordTable table_;
   std::vector<std::unique_ptr<WmWord>> dupList_;  // keys and replacements

@@ -110,6 +110,10 @@ bool compile(std::istream& is, FdTable* table, TkSourceFault* fault) {
     }
     if (!group.add(rule)) return broken("more than 20 rules have this first letter");
   }
+  if (is.bad()) {
+    *fault = reader.unreadable();
+    return false;
+  }
   group.change('\0');
   return true;
 }

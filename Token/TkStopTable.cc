@@ -113,7 +113,7 @@ bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
     }
     previous = key;
   }
-  return true;
+  return !is.bad() || broken(reader.unreadable());
 }
 
 }  // namespace vandrelle

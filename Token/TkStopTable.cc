@@ -80,8 +80,46 @@ void compile(std::istream& is, const char* tableName) {
   }
 }
 
-bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
+}  // namespace
+
+void TkStopTable::createTable(const char* flatFileName, const char* tableName) {
+  if (tableName == nullptr) THROW(IO, "Need non-null name for key/pointer files.");
+  std::ifstream is(flatFileName);
   const int first = is.peek();
+  if (!is.is_open() || is.bad()) {
+    is.close();
+    THROW(IO, "Error opening stop table source file: " << flatFileName);
+  }
+  if (first == EOF || !character_class::isLetter(static_cast<char>(first))) {
+    is.close();
+    THROW(IO, "Bad file type - must pass in a flat file: " << flatFileName);
+  }
+  // The former table stays until the new one is whole.
+  const std::string table(tableName), unfinished = table + ".new";
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    compile(is, unfinished.c_str());
+    if (is.bad()) THROW(IO, "Error opening stop table source file: " << flatFileName);
+    for (const char* suffix : {".key", ".ptr"}) {
+      if (std::rename((unfinished + suffix).c_str(), (table + suffix).c_str()) != 0) {
+        THROW(IO, "Couldn't write " << table + suffix);
+      }
+    }
+    return;
+  }
+  environment.restore_env();
+  is.close();
+  for (const char* suffix : {".key", ".ptr"}) SysTools::removeFile((unfinished + suffix).c_str());
+  ExceptionManager::instance()->do_throw();
+}
+
+bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
+  TkSourceReader reader(&is);
+  const int first = is.peek();
+  if (is.bad()) {
+    *fault = reader.unreadable();
+    return false;
+  }
   if (first == EOF || !character_class::isLetter(static_cast<char>(first))) {
     *fault = {1, "", "the file does not begin with a letter"};
     return false;
@@ -90,7 +128,6 @@ bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
     *fault = found;
     return false;
   };
-  TkSourceReader reader(&is);
   WmLocalWord previous;
   while (reader.next()) {
     const int keyLetters = static_cast<int>(reader.token().size());

@@ -31,8 +31,8 @@ class TkStopTable final : public TkStopLookup {
   // Compiles a source text. A word without a second token at the end is left out, a
   // word that is out of order too, with a line on the standard output. Throws
   // _Exception_IO if the source cannot be opened or does not begin with a letter,
-  // _Exception_WmWordTooLarge, and what the key file throws. A table that a throw
-  // has left unfinished cannot be loaded.
+  // _Exception_WmWordTooLarge, and what the key file throws; the former table stays
+  // then.
   static void createTable(const char* flatFileName, const char* tableName);
 
   // Looks for the first thing in a source that createTable() would refuse or leave

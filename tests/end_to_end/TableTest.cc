@@ -50,8 +50,10 @@ TEST_F(TableTest, OtherFailures) {
     std::string message;
   } cases[] = {
       {{"-stemsrc", path("none"), "-stem", path("t")}, "cannot open " + path("none")},
+      {{"-stopsrc", folder_ / "", "-stop", path("t")},
+       path("") + ", line 1: the file cannot be read"},
       {{"-stopsrc", path("source"), "-stop", path("none/t")},
-       "Can't open key file for writing: " + path("none/t.key")},
+       "Can't open key file for writing: " + path("none/t.new.key")},
       {{"-stemsrc", path("source"), "-stem", path("none/t")},
        "The stemmer rules file could not be written: " + path("none/t")},
       {{"-show", "-stem", path("none"), "word"},

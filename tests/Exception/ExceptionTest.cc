@@ -11,12 +11,6 @@ namespace {
 EXCEPTION_FAMILY(Alpha);
 EXCEPTION_FAMILY_2(AlphaIO, Alpha, IO);
 
-}  // namespace
-}  // namespace vandrelle
-
-namespace vandrelle {
-namespace {
-
 std::string printed(const Exception* exception) {
   std::ostringstream os;
   os << exception;

@@ -1,33 +1,22 @@
 #include "Fun/FdBDBMTable.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include "Fun/FdDBMManager.h"
 #include "Fun/FdWrapper.h"
 #include "SmallDevice.h"
-#include "ThrownBy.h"
+#include "Storage/StorageTestSupport.h"
 
 namespace vandrelle {
 namespace {
 
 class FdBDBMTableTest : public testing::Test {
  protected:
-  FdBDBMTableTest()
-      : directory_(std::filesystem::temp_directory_path() /
-                   ("fun_test." + std::to_string(getpid()))) {
-    std::filesystem::create_directories(directory_);
-    name_ = directory_ / "table";
-  }
-  ~FdBDBMTableTest() override { std::filesystem::remove_all(directory_); }
-
-  std::filesystem::path directory_;
-  std::string name_;
+  TestDirectory directory_;
+  const std::string name_ = directory_ / "table";
 };
 
 TEST_F(FdBDBMTableTest, KeepsOneValueAKeyAcrossRuns) {
@@ -67,7 +56,7 @@ TEST_F(FdBDBMTableTest, KeepsOneValueAKeyAcrossRuns) {
 }
 
 TEST_F(FdBDBMTableTest, Refusals) {
-  std::ofstream(name_) << "no table at all";
+  writeFile(name_, "no table at all");
   const std::string tree = directory_ / "tree", none = directory_ / "none/t";
   delete FdDBMManager::Btree(tree.c_str(), 1);
   const struct {

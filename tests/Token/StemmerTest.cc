@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <sstream>
 #include <string>
 
+#include "Storage/StorageTestSupport.h"
 #include "Token.h"
 #include "Token/TkStemTable.h"
 #include "Token/TkStemmerImpl.h"
@@ -20,54 +17,18 @@ using namespace std::string_literals;
 
 class Stemming : public testing::Test {
  protected:
-  Stemming() {
-    folder_ = testing::TempDir() + "stem." + std::to_string(::getpid()) + "." +
-              testing::UnitTest::GetInstance()->current_test_info()->name();
-    std::filesystem::create_directories(folder_);
-  }
-  ~Stemming() override { std::filesystem::remove_all(folder_); }
-
-  std::string path(const char* name) const { return folder_ + "/" + name; }
-  std::string write(const char* name, const std::string& bytes) const {
-    std::filesystem::remove(path(name));  // replacing the content may wait for the device
-    std::ofstream(path(name), std::ios::binary) << bytes;
-    return path(name);
-  }
-
-  // The bytes of the table of a source, or the message of the throw.
+  // The bytes of the table of a source, or the text of the throw.
   std::string compiled(const std::string& source) const {
-    const std::string from = write("source", source), to = path("table");
-    ExceptionEnvironment environment;
-    if (GUARDED(environment)) {
-      TkStemTable::createTable(from.c_str(), to.c_str());
-    } else {
-      environment.restore_env();
-      return caught();
-    }
-    std::ifstream is(to, std::ios::binary);
-    return {std::istreambuf_iterator<char>(is), {}};
-  }
-
-  static std::string caught() {
-    Exception* exception = ExceptionManager::instance()->pop();
-    EXPECT_TRUE(exception->isA("TkStemmer") && exception->isA("IO"));
-    const std::string message = exception->message();
-    delete exception;
-    return message;
-  }
-
-  // Null if the table cannot be read; `message` then says why.
-  static TkStemTable* load(const std::string& table, std::string* message) {
-    ExceptionEnvironment environment;
-    if (GUARDED(environment)) return new TkStemTable(table.c_str());
-    environment.restore_env();
-    *message = caught();
-    return nullptr;
+    writeFile(directory_ / "source", source);
+    const std::string thrown = thrownBy([&] {
+      TkStemTable::createTable((directory_ / "source").c_str(), (directory_ / "table").c_str());
+    });
+    return thrown.empty() ? fileBytes(directory_ / "table") : thrown;
   }
 
   std::unique_ptr<TkStemTable> tableOf(const std::string& source) const {
     compiled(source);
-    return std::make_unique<TkStemTable>(path("table").c_str());
+    return std::make_unique<TkStemTable>((directory_ / "table").c_str());
   }
 
   static std::string stem(const TkStemTable& table, const std::string& word) {
@@ -78,8 +39,7 @@ class Stemming : public testing::Test {
     return os.str();
   }
 
- private:
-  std::string folder_;
+  TestDirectory directory_;
 };
 
 TEST_F(Stemming, TableBytes) {
@@ -106,7 +66,8 @@ TEST_F(Stemming, RefusedRules) {
                {long39, false},        {long39 + ".", true},
                {"'1. >", false}};
   for (const auto& c : cases) {
-    EXPECT_EQ(compiled(c.source) == "Invalid rule found during creation.", c.refused) << c.source;
+    EXPECT_EQ(compiled(c.source) == "TkStemmer: Invalid rule found during creation.", c.refused)
+        << c.source;
   }
 }
 
@@ -162,15 +123,20 @@ TEST_F(Stemming, CirclesEnd) {
 
 TEST_F(Stemming, DamagedTables) {
   const std::string whole = compiled("a*1. de2> gni3> noit4t> s1> sei3y. ss0. tion3xy> y1i> yl2?");
+  const std::string damage = directory_ / "damaged";
+  std::unique_ptr<TkStemTable> table;
   const auto loads = [&](const std::string& bytes) {
-    std::string message;
-    const std::unique_ptr<TkStemTable> table(load(write("damaged", bytes), &message));
-    EXPECT_EQ(message,
-              table != nullptr ? "" : "The stemmer rules file is damaged: " + path("damaged"));
-    for (const char* word : {"singings", "ponies", "nations", "aaaaa", "lyly", "xxyi"}) {
-      if (table != nullptr) stem(*table, word);
+    writeFile(damage, bytes);
+    const std::string thrown =
+        thrownBy([&] { table = std::make_unique<TkStemTable>(damage.c_str()); });
+    if (!thrown.empty()) {
+      EXPECT_EQ(thrown, "TkStemmer: The stemmer rules file is damaged: " + damage);
+      return false;
     }
-    return table != nullptr;
+    for (const char* word : {"singings", "ponies", "nations", "aaaaa", "lyly", "xxyi"}) {
+      stem(*table, word);
+    }
+    return true;
   };
   EXPECT_TRUE(loads(whole));
   EXPECT_FALSE(loads(whole + '\0'));

@@ -112,27 +112,6 @@ TEST(TkStopTable, FaultsOfSources) {
   }
 }
 
-TEST(TkStopTable, DamagedTables) {
-  TestDirectory directory;
-  const std::string source = directory / "stop.src", table = directory / "stop";
-  writeFile(source, "a * an a and * are be as * asks ask be * zoo *");
-  TkStopTable::createTable(source.c_str(), table.c_str());
-  for (const char* suffix : {".key", ".ptr"}) {
-    const std::string sound = fileBytes(table + suffix);
-    const auto loads = [&](const std::string& bytes) {
-      writeFile(table + suffix, bytes);
-      return thrownBy([&] { stopped(*std::make_unique<TkStopTable>(table.c_str()), "and"); }) == "";
-    };
-    for (std::size_t at = 0; at < sound.size(); ++at) {
-      EXPECT_FALSE(loads(sound.substr(0, at))) << suffix << at;
-      std::string damaged = sound;
-      damaged[at] = static_cast<char>(~damaged[at]);
-      loads(damaged);
-    }
-    EXPECT_TRUE(loads(sound));
-  }
-}
-
 TEST(TkManager, StemmersOfTwoTables) {
   TestDirectory directory;
   const std::string stem = directory / "stem.tbl", stop = directory / "stop";

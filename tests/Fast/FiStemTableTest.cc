@@ -73,9 +73,17 @@ class PlainTable {
   std::map<int, std::string> blocks_;
 };
 
-TEST(FiStemTable, BytesAreThoseOfThePlainRule) {
-  TestDirectory directory;
-  const std::string name = directory / "t";
+class FiStemTableTest : public DirectoryTest {
+ protected:
+  const std::string name = directory_ / "t";
+};
+
+TEST_F(FiStemTableTest, BytesAreThoseOfThePlainRule) {
+  {
+    FiStemTable empty;
+    empty.bind(name.c_str(), 1, 0);
+  }
+  EXPECT_EQ(fileBytes(name), PlainTable(128, 512).file());
   PlainTable plain(7, 512);
   std::map<std::string, std::vector<std::string>> expected;
   {
@@ -106,22 +114,7 @@ TEST(FiStemTable, BytesAreThoseOfThePlainRule) {
   }
 }
 
-TEST(FiStemTable, HeaderStandsWithoutAnyWord) {
-  TestDirectory directory;
-  const std::string name = directory / "t";
-  {
-    FiStemTable table;
-    table.bind(name.c_str(), 1, 0);
-  }
-  const std::string bytes = fileBytes(name);
-  ASSERT_EQ(bytes.size(), 128u);
-  EXPECT_EQ(loadLittleU32(bytes.data()), 128u);
-  EXPECT_EQ(loadLittleU32(bytes.data() + 4), 512u);
-}
-
-TEST(FiStemTable, DamagedFilesNeverHarm) {
-  TestDirectory directory;
-  const std::string name = directory / "t";
+TEST_F(FiStemTableTest, DamagedFilesNeverHarm) {
   {
     FiStemTable table;
     table.buckets(2);

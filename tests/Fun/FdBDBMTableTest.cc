@@ -13,9 +13,8 @@
 namespace vandrelle {
 namespace {
 
-class FdBDBMTableTest : public testing::Test {
+class FdBDBMTableTest : public DirectoryTest {
  protected:
-  TestDirectory directory_;
   const std::string name_ = directory_ / "table";
 };
 

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <cstring>
-#include <memory>
 
 #include "Storage/StAppendBuffer.h"
 #include "Storage/StStorageHandle.h"
@@ -27,6 +26,11 @@ void putAt(StStorage& storage, const StStoragePos& pos, const std::string& bytes
   handle.markDirty();
 }
 
+class StFileStorageTest : public DirectoryTest {
+ protected:
+  const std::string root = directory_ / "s";
+};
+
 TEST(StStoragePos, CarriesDividesAndPrints) {
   StStoragePos pos(0xFFFFFFFF);
   pos += 1;
@@ -46,9 +50,7 @@ TEST(StStoragePos, CarriesDividesAndPrints) {
   EXPECT_EQ(os.str(), "a0000000b abc");
 }
 
-TEST(StFileStorage, BytesComeBackWhateverTheBuffersAre) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StFileStorageTest, BytesComeBackWhateverTheBuffersAre) {
   {
     StFileStorage storage(root.c_str(), true);
     storage.Initialize();
@@ -72,9 +74,7 @@ TEST(StFileStorage, BytesComeBackWhateverTheBuffersAre) {
   }
 }
 
-TEST(StFileStorage, OnlyDirtyBuffersAreWrittenAndWriteBuffersAreNotReadIn) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StFileStorageTest, OnlyDirtyBuffersAreWrittenAndWriteBuffersAreNotReadIn) {
   writeFile(root, "abcdef");
   StFileStorage storage(root.c_str(), true);
   storage.Open(true, true);
@@ -101,9 +101,7 @@ TEST(StFileStorage, OnlyDirtyBuffersAreWrittenAndWriteBuffersAreNotReadIn) {
   EXPECT_EQ(fileBytes(root), std::string("abCdef\0\0", 8));
 }
 
-TEST(StFileStorage, ChangesFromFileToDirectoryAtTheLimit) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StFileStorageTest, ChangesFromFileToDirectoryAtTheLimit) {
   {
     StFileStorage storage(root.c_str(), true);
     storage.Initialize();
@@ -136,9 +134,7 @@ TEST(StFileStorage, ChangesFromFileToDirectoryAtTheLimit) {
   EXPECT_EQ(fileBytes(root + "/00000001"), "w");
 }
 
-TEST(StFileStorage, InitializeClearsBothForms) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StFileStorageTest, InitializeClearsBothForms) {
   for (bool single : {true, false, false, true, true}) {
     StFileStorage storage(root.c_str(), true);
     storage.StartWithSingleFile(single);
@@ -150,9 +146,7 @@ TEST(StFileStorage, InitializeClearsBothForms) {
   }
 }
 
-TEST(StFileStorage, Failures) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StFileStorageTest, Failures) {
   const std::string tail = " (file \"" + root + "\")";
   StFileStorage storage(root.c_str(), true);
   EXPECT_EQ(thrownBy([&] { storage.Open(false, false); }),
@@ -173,9 +167,7 @@ TEST(StFileStorage, Failures) {
 
 // A middle file that lost its tail is read, not mapped, so that the loss is an
 // error instead of the end of the process.
-TEST(StFileStorage, ShortenedFilesAreErrors) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StFileStorageTest, ShortenedFilesAreErrors) {
   std::filesystem::create_directory(root);
   writeFile(root + "/00000000", "abc");
   writeFile(root + "/00000001", "d");

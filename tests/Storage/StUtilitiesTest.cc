@@ -21,9 +21,12 @@ std::string counted(int count) {
   return bytes;
 }
 
-TEST(StMapStorage, ReadsToTheLastByteAndRefusesTheRest) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+class StStorageTest : public DirectoryTest {
+ protected:
+  const std::string root = directory_ / "s";
+};
+
+TEST_F(StStorageTest, MappedReadsToTheLastByteAndRefusesTheRest) {
   const std::string tail = " (file \"" + root + "\")";
   writeFile(root, "abc\x01\x02");
   StMapStorage storage(root.c_str());
@@ -42,9 +45,7 @@ TEST(StMapStorage, ReadsToTheLastByteAndRefusesTheRest) {
 }
 
 // Against a string that gets the same operations, over several buffers' length.
-TEST(StStorageStream, BehavesLikeOneRunOfBytes) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StStorageTest, BehavesLikeOneRunOfBytes) {
   std::mt19937 random(3);
   std::string model;
   std::size_t at = 0;
@@ -86,9 +87,7 @@ TEST(StStorageStream, BehavesLikeOneRunOfBytes) {
   EXPECT_EQ(fileBytes(root), model);
 }
 
-TEST(StStorageStream, SeeksInsideOnly) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StStorageTest, SeeksInsideOnly) {
   Stream stream(root.c_str(), Stream::kRead | Stream::kWrite);
   stream.write("0123456789", 10);
   struct Case {
@@ -106,9 +105,7 @@ TEST(StStorageStream, SeeksInsideOnly) {
   }
 }
 
-TEST(StStorageStream, ModesDecideWhatIsOpened) {
-  TestDirectory directory;
-  const std::string root = directory / "s";
+TEST_F(StStorageTest, ModesDecideWhatIsOpened) {
   EXPECT_NE(thrownBy([&] { Stream(root.c_str(), Stream::kRead); }), "");
   EXPECT_NE(thrownBy([&] { Stream(root.c_str(), 7); }), "");
   {

@@ -1,17 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "ThrownBy.h"
+#include "Storage/StorageTestSupport.h"
+#include "TestLog.h"
 #include "Tool/BitField.h"
 #include "Tool/GetLine.h"
 #include "Tool/MD5.h"
 #include "Tool/RegularExpression.h"
-#include "Tool/VandrelleLog.h"
 #include "Tool/oprintf.h"
 
 namespace vandrelle {
@@ -54,13 +53,7 @@ std::string md5(const std::string& text, unsigned step) {
   }
   unsigned char bytes[MD5::kDigestBytes];
   digest.final(bytes);
-  std::string hex;
-  for (const unsigned char byte : bytes) {
-    char two[3];
-    std::snprintf(two, sizeof two, "%02x", byte);
-    hex += two;
-  }
-  return hex;
+  return hex(std::string(reinterpret_cast<char*>(bytes), sizeof bytes));
 }
 
 // The test suite of RFC 1321, A.5.
@@ -129,13 +122,10 @@ TEST(RegularExpression, SearchesAnywhere) {
 }
 
 TEST(RegularExpression, LogNamesWhatDoesNotCompile) {
-  std::ostringstream said;
-  VandrelleLogIostream log(&said);
-  VandrelleLog::Logger(&log);
+  const TestLog log;
   const RegularExpression broken("*x");
-  VandrelleLog::Logger(nullptr);
-  EXPECT_EQ(said.str().find("The regular expression \"*x\" does not compile"), 0u);
-  EXPECT_EQ(said.str().find('\n'), said.str().size() - 1);
+  ASSERT_EQ(log.lines().size(), 1u);
+  EXPECT_EQ(log.lines()[0].find("The regular expression \"*x\" does not compile"), 2u);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "SmallDevice.h"
 #include "Storage/StorageTestSupport.h"
+#include "TestLog.h"
 #include "Tool/NameManager.h"
 #include "Tool/VandrelleLog.h"
 #include "Tool/VersionControl.h"
@@ -15,30 +16,26 @@
 namespace vandrelle {
 namespace {
 
-TEST(SysTools, RemovesFilesByExpression) {
-  TestDirectory directory;
-  for (const char* name : {"a.tmp1", "b.tmp", "tmp.c", "keep"}) writeFile(directory / name, "");
-  std::ostringstream said;
-  VandrelleLogIostream log(&said);
-  VandrelleLog::Logger(&log);
-  EXPECT_EQ(SysTools::removeFiles((directory / ".").c_str(), "\\.tmp"), 2);
-  EXPECT_EQ(SysTools::removeFiles((directory / "").c_str(), "^tmp"), 1);
-  EXPECT_EQ(SysTools::removeFiles((directory / ".").c_str(), "(unclosed"), 0);
+using SysToolsTest = DirectoryTest;
+
+TEST_F(SysToolsTest, RemovesFilesByExpression) {
+  for (const char* name : {"a.tmp1", "b.tmp", "tmp.c", "keep"}) writeFile(directory_ / name, "");
+  const TestLog log;
+  EXPECT_EQ(SysTools::removeFiles((directory_ / ".").c_str(), "\\.tmp"), 2);
+  EXPECT_EQ(SysTools::removeFiles((directory_ / "").c_str(), "^tmp"), 1);
+  EXPECT_EQ(SysTools::removeFiles((directory_ / ".").c_str(), "(unclosed"), 0);
   EXPECT_EQ(SysTools::removeFiles(nullptr, "tmp"), 0);
-  said.str("");
   EXPECT_EQ(SysTools::removeFiles("/nonexistent", "."), 0);
-  EXPECT_EQ(said.str(), "Warning: directory /nonexistent can't be opened for reading\n\n");
-  EXPECT_TRUE(SysTools::fileExists((directory / "keep").c_str()));
-  VandrelleLog::Logger(nullptr);
+  EXPECT_EQ(log.lines().back(), "0:Warning: directory /nonexistent can't be opened for reading\n");
+  EXPECT_TRUE(SysTools::fileExists((directory_ / "keep").c_str()));
 }
 
-TEST(SysTools, FreeSpaceFindsTheEndOfTheDevice) {
-  TestDirectory directory;
-  const std::string root = directory / "root";
+TEST_F(SysToolsTest, FreeSpaceFindsTheEndOfTheDevice) {
+  const std::string root = directory_ / "root";
   const SmallDevice device(32 * 1024);
   EXPECT_TRUE(SysTools::freeSpace(root.c_str(), 32));
   EXPECT_FALSE(SysTools::freeSpace(root.c_str(), 33));
-  EXPECT_TRUE(std::filesystem::is_empty(directory / ""));
+  EXPECT_TRUE(std::filesystem::is_empty(directory_ / ""));
 }
 
 TEST(NameManager, SuffixesShareOneBuffer) {
@@ -73,9 +70,8 @@ TEST(VandrelleLog, TypesGoToTheirStreams) {
   EXPECT_EQ(standard.str(), "entry 255\n" + std::string(255, 'x') + "\nshort\n");
 }
 
-TEST(VersionControl, StampsAreBigEndianWords) {
-  TestDirectory directory;
-  const std::string root = directory / "root";
+TEST_F(SysToolsTest, VersionStampsAreBigEndianWords) {
+  const std::string root = directory_ / "root";
   EXPECT_EQ(VersionControl::getVersion(root.c_str(), 2), 0);
   EXPECT_EQ(fileBytes(root + ".ver"), std::string(12, '\0'));
   VersionControl::setVersion(root.c_str(), 1, 0x01020304);

@@ -1,34 +1,19 @@
 // The field database: bytes of the slow and the fast form, reading, limits.
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <fstream>
 #include <string>
-#include <vector>
 
 #include "Document/DcFieldBag.h"
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcFieldsCreator.h"
+#include "TestFiles.h"
 #include "Tool/HeapText.h"
 
 namespace vandrelle {
 namespace {
 
-class DcFieldsTest : public testing::Test {
+class DcFieldsTest : public DirectoryTest {
  protected:
-  void SetUp() override { removeAll(root); }
-
-  static void removeAll(const std::string& name) {
-    for (const char* suffix :
-         {".fld.ptr", ".fld.lst", ".fld.nam", ".fld.val", ".fidx", ".fdat", ".fnam"}) {
-      std::remove((name + suffix).c_str());
-    }
-  }
-  std::string slurp(const char* suffix) const {
-    std::ifstream in(root + suffix, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }
+  std::string slurp(const char* suffix) const { return fileBytes(root + suffix); }
   // Document 0: title A, url u0; document 1: none; document 2: url u2, title of
   // 2,000 letters.
   void fill() const {
@@ -58,7 +43,7 @@ class DcFieldsTest : public testing::Test {
     return all;
   }
 
-  std::string root = testing::TempDir() + "fields";
+  const std::string root = directory_ / "fields";
 };
 
 TEST_F(DcFieldsTest, SlowFormBytes) {
@@ -115,9 +100,9 @@ TEST_F(DcFieldsTest, BothFormsReadBackAlike) {
 
 TEST_F(DcFieldsTest, FastFormOfAnotherCountIsRefused) {
   fill();
-  std::ofstream(root + ".fidx", std::ios::binary) << std::string(10, '\0');
-  std::ofstream(root + ".fdat", std::ios::binary) << std::string(10, '\0');
-  std::ofstream(root + ".fnam", std::ios::binary) << std::string("url\0", 4);
+  writeFile(root + ".fidx", std::string(10, '\0'));
+  writeFile(root + ".fdat", std::string(10, '\0'));
+  writeFile(root + ".fnam", std::string("url\0", 4));
   DcFieldsBinder binder(root.c_str());
   EXPECT_FALSE(binder.fastFilesOn(root.c_str()));
   EXPECT_EQ(value(&binder, 0, "url"), "u0");
@@ -146,7 +131,6 @@ TEST_F(DcFieldsTest, LeftoverFilesAndNamesPastTheLimit) {
 TEST_F(DcFieldsTest, MergeInTheMiddlePermuteAndDamage) {
   fill();
   const std::string other = root + "2";
-  removeAll(other);
   {
     DcFieldsCreator creator(other.c_str(), 0);
     creator.add("title", "B");
@@ -164,7 +148,7 @@ TEST_F(DcFieldsTest, MergeInTheMiddlePermuteAndDamage) {
     EXPECT_EQ(fieldsOf(&binder, 0), "url=u2;title=xxxxx;");
   }
   const std::string list = slurp(".fld.lst");
-  std::ofstream(root + ".fld.lst", std::ios::binary | std::ios::trunc) << list.substr(0, 25);
+  writeFile(root + ".fld.lst", list.substr(0, 25));
   DcFieldsBinder cut(root.c_str());
   cut.gotoDoc(0);
   for (DcFieldInfo field; cut.getField(field);) {

@@ -75,8 +75,8 @@ TEST_F(DcFileListTest, LayoutOfFilesAndDirectories) {
   list->Done();
 
   EXPECT_EQ(integers(root_ + ".lpt"), (std::vector<int32_t>{0, 0, 5, 3, 13, 4}));
-  EXPECT_EQ(read(root_ + ".lst"), "\xff\xff/a \0\0sub/x \xff\xff"s + "b \0\0\0\2"s);
-  EXPECT_EQ(read(root_ + ".dir"), top + "/ ");
+  EXPECT_EQ(fileBytes(root_ + ".lst"), "\xff\xff/a \0\0sub/x \xff\xff"s + "b \0\0\0\2"s);
+  EXPECT_EQ(fileBytes(root_ + ".dir"), top + "/ ");
   EXPECT_EQ(names(), (std::vector<std::string>{"/a", top + "/sub/x", "b"}));
 }
 
@@ -108,7 +108,7 @@ TEST_F(DcFileListTest, SizeWordCountsKilobytes) {
       list->AddFile("/f", 0, std::to_string(i).c_str(), one.sizes[i]);
     }
     list->Done();
-    const std::string bytes = read(root_ + ".lst");
+    const std::string bytes = fileBytes(root_ + ".lst");
     EXPECT_EQ(loadU32(bytes.data() + bytes.size() - 4), one.kilobytes);
   }
 }
@@ -139,7 +139,7 @@ TEST_F(DcFileListTest, ExtendedListKeepsTheOldSizeWordAndTheNumbers) {
   list->Done();
 
   EXPECT_EQ(names(), (std::vector<std::string>{a, "-", "-", "/new"}));
-  const std::string bytes = read(root_ + ".lst");
+  const std::string bytes = fileBytes(root_ + ".lst");
   EXPECT_EQ(bytes.substr(bytes.size() - 15), "\0\0\0\xc\xff\xff/new \0\0\0\xd"s);
   EXPECT_FALSE(std::filesystem::exists(root_ + ".tmp"));
 }
@@ -162,7 +162,7 @@ TEST_F(DcFileListTest, MoreDirectoriesThanOffsetsReach) {
   }
   list->Done();
   EXPECT_GT(offset, 65536u);
-  EXPECT_EQ(read(root_ + ".lst").substr(0, expectedList.size()), expectedList);
+  EXPECT_EQ(fileBytes(root_ + ".lst").substr(0, expectedList.size()), expectedList);
   const auto all = names();
   EXPECT_EQ(std::count(all.begin(), all.end(), "f"), negative);
   EXPECT_EQ(all.front(), path(base + "0/f"));

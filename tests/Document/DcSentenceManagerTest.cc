@@ -1,46 +1,18 @@
 #include "Document/DcSentenceManager.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "Document/DcHeaderDocument.h"
 #include "Document/DcParagraphManager.h"
 #include "Document/DcSimpleDocument.h"
+#include "DocumentFixture.h"
 #include "Token.h"
 
 namespace vandrelle {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-// A text whose first bytes are a header.
-class HeadedDocument : public DcHeaderDocument {
- public:
-  HeadedDocument(const std::string& text, int headSize) : text_(text), headSize_(headSize) {}
-  int documentNum() const override { return 7; }
-  char* documentName() const override { return copyText("page"); }
-  int numCharacters() const override { return static_cast<int>(text_.size()); }
-  char* characters(long offset, int num, char* place) override {
-    if (!sourceAvailable_) return nullptr;
-    return static_cast<char*>(std::memcpy(place, text_.data() + offset, static_cast<size_t>(num)));
-  }
-  bool sourceAvailable() const override { return sourceAvailable_; }
-  int HeadSize() const override { return headSize_; }
-  char* getHeader(const char*) override { return nullptr; }
-
-  bool sourceAvailable_ = true;
-
- protected:
-  FdStream* original_words() override { return nullptr; }
-
- private:
-  std::string text_;
-  int headSize_;
-};
 
 std::string textOf(DcDocument* document) {
   auto* simple = DESCRIPTOR_CAST(DcSimpleDocument, document);
@@ -103,21 +75,21 @@ TEST(DcSentenceManager, Windows) {
 }
 
 TEST(DcSentenceManager, ADocumentsBody) {
-  HeadedDocument page("Head. Line.\nOne is. Two is.", 12);
+  TextPage page("Head. Line.\nOne is. Two is.", 12);
   DcSentenceManager manager(&page, nullptr, nullptr, 1, 0, 0);
   EXPECT_EQ(documents(manager), (Texts{"One is.", " Two is."}));
   const std::unique_ptr<DcDocument> second(manager.documentNum(1));
   const HeapAptr<char> name(second->documentName());
-  EXPECT_STREQ(name.get(), "page:sent1");
+  EXPECT_STREQ(name.get(), "/site/docs/a.html:sent1");
   // The letters behind the colon count as 0.
   const std::unique_ptr<DcDocument> named(manager.documentName(name.get()));
   EXPECT_EQ(textOf(named.get()), "One is.");
-  page.sourceAvailable_ = false;
+  page.source_ = false;
   EXPECT_EQ(manager.documentNum(0), nullptr);
   DcSentenceManager gone(&page, nullptr, nullptr, 1, 0, 0);
   EXPECT_EQ(gone.numDocuments(), 0);
   for (const int headSize : {27, 28, -1}) {
-    HeadedDocument odd("Head. Line.\nOne is. Two is.", headSize);
+    TextPage odd("Head. Line.\nOne is. Two is.", headSize);
     DcSentenceManager body(&odd, nullptr, nullptr, 1, 0, 0);
     EXPECT_EQ(body.numDocuments(), headSize < 0 ? 4 : 0);
   }
@@ -131,10 +103,10 @@ TEST(DcLSentenceManager, AsksTheLexer) {
     DcParagraphManager paragraphs("One.\nTwo.\n\nThree.\n\nFour", nullptr, lexer.get(), 1, 0, 0);
     EXPECT_EQ(documents(paragraphs), (Texts{"One.\nTwo.\n\n", "Three.\n\n", "Four"}));
   }
-  HeadedDocument page("Some words.", 0);
+  TextPage page("Some words.");
   DcParagraphManager manager(&page, nullptr, lexer.get(), 1, 0, 0);
   const HeapAptr<char> name(manager.numToName(3));
-  EXPECT_STREQ(name.get(), "page:para3");
+  EXPECT_STREQ(name.get(), "/site/docs/a.html:para3");
 }
 
 }  // namespace

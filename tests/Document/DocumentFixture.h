@@ -1,45 +1,41 @@
-// A directory for the files of one test, and documents over texts in it.
+// A directory for the files of one test, and documents over texts in it or in memory.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
+#include <algorithm>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <initializer_list>
 #include <memory>
 #include <string>
 
-#include "Document/DcDocumentUtil.h"
 #include "Document/DcFileStream.h"
 #include "Document/DcMiniHeaderDocument.h"
 #include "DocumentImpl/DiHeaderParser.h"
+#include "TestFiles.h"
+#include "Tool/ByteOrder.h"
 #include "Tool/HeapText.h"
 
 namespace vandrelle {
 
-class DocumentFixture : public testing::Test {
+class DocumentFixture : public DirectoryTest {
  protected:
-  DocumentFixture() {
-    char name[] = "/tmp/vandrelle_document_XXXXXX";
-    directory_ = mkdtemp(name);
-  }
-  ~DocumentFixture() override { std::filesystem::remove_all(directory_); }
-
-  std::string path(const std::string& name) const { return directory_ + "/" + name; }
+  std::string path(const std::string& name) const { return directory_ / name; }
 
   std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary) << text;
+    writeFile(path(name), text);
     return path(name);
   }
 
+  // The file in big-endian integers.
   std::string writeIntegers(const std::string& name, std::initializer_list<int> values) const {
-    std::ofstream os(path(name), std::ios::binary);
-    for (const int value : values) DcDocumentUtil::write_int32(os, value);
-    return path(name);
+    std::string bytes;
+    for (const int value : values) {
+      char place[4];
+      storeU32(place, static_cast<uint32>(value));
+      bytes.append(place, 4);
+    }
+    return write(name, bytes);
   }
-
-  std::string directory_;
 };
 
 // The text of an owned string that may be null.
@@ -47,6 +43,37 @@ inline std::string taken(char* text) {
   const HeapAptr<char> owner(text);
   return text == nullptr ? "(null)" : text;
 }
+
+// A text whose first bytes are a header, in which an author is named and nothing else.
+class TextPage : public DcHeaderDocument {
+ public:
+  explicit TextPage(std::string text, int headSize = 0)
+      : text_(std::move(text)), headSize_(headSize) {}
+  int documentNum() const override { return 0; }
+  char* documentName() const override { return copyText("/site/docs/a.html"); }
+  int numCharacters() const override { return static_cast<int>(text_.size()); }
+  char* characters(long offset, int num, char* place) override {
+    if (!source_) return nullptr;
+    largestRead_ = std::max(largestRead_, num);
+    text_.copy(place, static_cast<std::size_t>(num), static_cast<std::size_t>(offset));
+    return place;
+  }
+  bool sourceAvailable() const override { return source_; }
+  int HeadSize() const override { return headSize_; }
+  char* getHeader(const char* header) override {
+    return std::strcmp(header, "author") == 0 ? copyText("A. Writer") : nullptr;
+  }
+
+  bool source_ = true;
+  int largestRead_ = 0;
+
+ protected:
+  FdStream* original_words() override { return nullptr; }
+
+ private:
+  std::string text_;
+  int headSize_;
+};
 
 // What a parser makes of a text, the whole of it one document, or the part up to
 // `docEnd`: the size of the header, then the document that has it.

@@ -28,14 +28,6 @@ TEST(SpecialWords, HashedFrom64Letters) {
   EXPECT_EQ(make("f", std::string(61, 'v')), "  u0jjmexhckac0dyhwcsclzh42f");
 }
 
-TEST(SpecialWords, FiveBitLettersRunFromTheLowBit) {
-  const unsigned char bytes[] = {0x1f, 0x84, 0x03};
-  SpecialWords_conv5bpb letters(bytes, sizeof bytes);
-  std::string text;
-  while (letters.more()) text += letters.next();
-  EXPECT_EQ(text, "5abha");
-}
-
 TEST(SpecialWords, ComeFirstTheLastAddedForemostUnfolded) {
   const std::unique_ptr<TkLexer> lexer(TkManager::SimpleTextLexer());
   const std::unique_ptr<TkStemmer> stemmer(TkManager::NullStemmer());

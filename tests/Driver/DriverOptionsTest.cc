@@ -57,8 +57,6 @@ TEST(DriverOptions, ModesOfCommandLines) {
     int summaryMode;
   } cases[] = {
       {"", "root", kIndexHtml, 0},
-      {"", "-pdf", kIndexHtml, 0},
-      {"", "-text", kIndexText, 0},
       {"-html", "-text", kIndexHtml | kIndexText, 0},
       {"", "-excl file", 0, 0},
       {"-excl file", "-text -fsum", kIndexText, 1},

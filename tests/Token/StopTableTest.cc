@@ -24,9 +24,12 @@ std::string stopped(TkStopTable& table, const char* word) {
   return found == 0 ? "(none)" : os.str();
 }
 
-TEST(TkStopTable, FromSourceToAnswers) {
-  TestDirectory directory;
-  const std::string source = directory / "stop.src", table = directory / "stop";
+class TkStopTableTest : public DirectoryTest {
+ protected:
+  const std::string source = directory_ / "stop.src", table = directory_ / "stop";
+};
+
+TEST_F(TkStopTableTest, FromSourceToAnswers) {
   writeFile(source,
             "And *\nbe\tis\n  indices indexes the * they' *\nthem * a-far * zoos zoo\n lonely");
   testing::internal::CaptureStdout();
@@ -42,9 +45,7 @@ TEST(TkStopTable, FromSourceToAnswers) {
   for (const auto& c : cases) EXPECT_EQ(stopped(loaded, c.word), c.answer) << c.word;
 }
 
-TEST(TkStopTable, Refusals) {
-  TestDirectory directory;
-  const std::string source = directory / "stop.src", table = directory / "stop";
+TEST_F(TkStopTableTest, Refusals) {
   const auto creating = [&](const std::string& content) {
     writeFile(source, content);
     return thrownBy([&] { TkStopTable::createTable(source.c_str(), table.c_str()); });
@@ -54,7 +55,7 @@ TEST(TkStopTable, Refusals) {
   EXPECT_EQ(creating("a *\n9b *"), "KdInit: Key must begin with a letter: 9b");
   EXPECT_NE(creating("a * b" + std::string(64, 'b') + " *").find("WmWordTooLarge"),
             std::string::npos);
-  for (const std::string& name : {std::string("/nonexistent"), directory / ""}) {
+  for (const std::string& name : {std::string("/nonexistent"), directory_ / ""}) {
     EXPECT_EQ(thrownBy([&] { TkStopTable::createTable(name.c_str(), table.c_str()); }),
               "IO: Error opening stop table source file: " + name);
   }
@@ -70,7 +71,7 @@ TEST(TkStopTable, Refusals) {
               "IO: Error writing to pointer file.");
   }
   EXPECT_EQ(stopped(*std::make_unique<TkStopTable>(table.c_str()), "a"), "");
-  const std::filesystem::directory_iterator files(directory / "");
+  const std::filesystem::directory_iterator files(directory_ / "");
   EXPECT_EQ(std::distance(begin(files), end(files)), 3);
   // Another kind of key file.
   delete KfKeyFileManager::KdCreate(table.c_str(), 512, 14, 5);

@@ -47,20 +47,6 @@ class OneByOneStream : public TkTokenStream {
   std::size_t next_ = 0;
 };
 
-std::string tokens(TkTokenStream& stream) {
-  std::ostringstream os;
-  for (stream.reset(); stream.more(); stream.next()) {
-    const auto* word = static_cast<const WmWord*>(stream.key());
-    const auto* info = static_cast<const TkLexInfo*>(stream.data());
-    EXPECT_EQ(stream.keySize(), word->num_bytes());
-    os << *word << '@' << info->offset << '#' << info->wordNum << ':' << info->flags << ' ';
-  }
-  EXPECT_EQ(stream.key(), nullptr);
-  EXPECT_EQ(stream.data(), nullptr);
-  EXPECT_EQ(stream.keySize() + stream.dataSize(), 0);
-  return os.str();
-}
-
 TEST(TokenStream, Tokens) {
   const std::string tooLong(70, 'x');
   const struct {

@@ -1,14 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <sstream>
 #include <utility>
 #include <vector>
 
-#include "Parser/PrAugmentNode.h"
 #include "Parser/PrBitVector.h"
 #include "Parser/PrMultiBoolean.h"
-#include "Parser/PrMultiMax.h"
 #include "Parser/PrSparseNodeImpl.h"
 #include "Parser/PrThreshhold.h"
 
@@ -24,12 +20,12 @@ PrParserNode* sparse(const Pairs& pairs, int room = 8) {
   return node;
 }
 
-// Everything the node answers, cut at `most` for nodes without end.
-Pairs read(PrParserNode& node, std::size_t most = 100) {
+// Everything the node answers.
+Pairs read(PrParserNode& node) {
   Pairs pairs;
   node.forEach([&](int doc, float score) {
     pairs.emplace_back(doc, score);
-    return pairs.size() < most;
+    return pairs.size() < 100;
   });
   return pairs;
 }
@@ -107,17 +103,6 @@ TEST(PrMultiBoolean, OrKeepsTheEarlierChildrensScores) {
   EXPECT_EQ(readBoolean(PrMultiOrNode(2, nullptr), {}), Pairs{});
 }
 
-TEST(PrMultiMax, BestOfAll) {
-  PrMultiMax node(2, 3, 0.5f);
-  node.child(0, sparse({{1, 1}, {2, 0.6f}, {8, 4}}));
-  node.child(1, sparse({{1, 3}, {3, 4}}));
-  node.childWeight(1, 0.5f);
-  node.add(20, 3);
-  EXPECT_EQ(read(node), (Pairs{{3, 2}, {8, 4}, {20, 3}}));
-  node.add(15, 5);
-  EXPECT_EQ(read(node), (Pairs{{8, 4}, {15, 5}, {20, 3}}));
-}
-
 TEST(PrThreshhold, TwoValues) {
   struct Case {
     float above, below, threshhold;
@@ -176,21 +161,6 @@ TEST(PrThreshhold, AnswersAnewWhenItChanges) {
   EXPECT_EQ(node.score(7), 0);
   node.child(sparse({{7, 0.8f}}));
   EXPECT_EQ(node.score(7), 1);
-}
-
-TEST(PrAugmentNode, Scales) {
-  const Pairs target{{1, 1}, {2, 1}};
-  const Pairs match{{2, 3}, {3, 1}};
-  PrAugmentNode plain(sparse(target), nullptr, 2, true, false);
-  EXPECT_EQ(read(plain), (Pairs{{1, 2}, {2, 2}}));
-  PrAugmentNode matched(sparse(target), sparse(match), 2, false, false);
-  EXPECT_EQ(read(matched), (Pairs{{1, 1}, {2, 2}}));
-  PrAugmentNode weighted(sparse(target), sparse(match), 2, true, false);
-  EXPECT_EQ(read(weighted), (Pairs{{1, 1}, {2, 6}}));
-  PrAugmentNode all(nullptr, sparse(match), 2, true, true);
-  EXPECT_EQ(read(all, 4), (Pairs{{0, 1}, {1, 1}, {2, 6}, {3, 2}}));
-  PrAugmentNode none(nullptr, sparse(match), 2, true, false);
-  EXPECT_EQ(read(none), Pairs{});
 }
 
 }  // namespace

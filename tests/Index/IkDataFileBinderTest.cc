@@ -6,23 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "IkPairCollector.h"
 #include "IkTestTools.h"
 #include "Index/IkDataFileCreator.h"
 
 namespace vandrelle {
 namespace {
-
-using Pairs = std::vector<std::pair<int, int>>;
-
-class PairCollector : public IkDataFileUnpacker {
- public:
-  void action(int doc_num, int doc_freq, float idf) override {
-    pairs.emplace_back(doc_num, doc_freq);
-    scale = idf;
-  }
-  Pairs pairs;
-  float scale = 0;
-};
 
 std::string rootOf(const char* name) {
   const std::string root = testing::TempDir() + name;

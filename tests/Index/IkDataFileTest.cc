@@ -2,43 +2,29 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 #include <vector>
 
 #include "Document/DcStructureMap.h"
+#include "IkPairCollector.h"
 #include "IkTestTools.h"
-#include "Index/IkDataFileUnpacker.h"
 #include "Index/IkDeleter.h"
 
 namespace vandrelle {
 namespace {
 
 using Bytes = std::vector<unsigned char>;
-using Pairs = std::vector<std::pair<int, int>>;
+using Row = std::vector<IkDocumentInfo>;
 
-Bytes packed(const std::vector<IkDocumentInfo>& row) {
-  Bytes bytes(row.size() * 8 + 16);
+// A row of pairs, or the frequencies of all chunks.
+template <typename Element>
+Bytes packed(const std::vector<Element>& row) {
+  Bytes bytes(4096);
   const int size = IkDataFile::packBuffer(row.data(), static_cast<int>(row.size()), bytes.data(),
                                           static_cast<int>(bytes.size()));
   bytes.resize(static_cast<std::size_t>(size));
   return bytes;
 }
-
-Bytes packedDense(const std::vector<int>& row) {
-  const auto absent = static_cast<std::size_t>(std::count(row.begin(), row.end(), 0));
-  Bytes bytes((row.size() - absent) * 8 + 16);
-  const int size = IkDataFile::packBuffer(row.data(), static_cast<int>(row.size()), bytes.data(),
-                                          static_cast<int>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(size));
-  return bytes;
-}
-
-class PairCollector : public IkDataFileUnpacker {
- public:
-  void action(int doc_num, int doc_freq, float) override { pairs.emplace_back(doc_num, doc_freq); }
-  Pairs pairs;
-};
 
 class DeletesOddChunks : public IkDeleter {
  public:
@@ -67,7 +53,7 @@ Pairs unpacked(const Bytes& bytes, IkDeleter* deleter = nullptr, DcStructureMap*
 TEST(IkDataFile, PacksByTheByte) {
   const struct {
     const char* what;
-    std::vector<IkDocumentInfo> row;
+    Row row;
     Bytes bytes;
   } cases[] = {
       {"one pair", {{0, 1}}, {0x80, 0x00}},
@@ -103,13 +89,13 @@ TEST(IkDataFile, PacksByTheByte) {
       dense[static_cast<std::size_t>(pair.chunk)] = pair.frequency;
       if (pair.frequency != 0) pairs.emplace_back(pair.chunk, pair.frequency);
     }
-    EXPECT_EQ(packedDense(dense), c.bytes) << c.what;
+    EXPECT_EQ(packed(dense), c.bytes) << c.what;
     EXPECT_EQ(unpacked(c.bytes), pairs) << c.what;
   }
 }
 
 TEST(IkDataFile, AsksForRoomBeforeEachEntry) {
-  const std::vector<IkDocumentInfo> two = {{1, 1}, {2, 1}};
+  const Row two = {{1, 1}, {2, 1}};
   unsigned char bytes[12];
   EXPECT_EQ(IkDataFile::packBuffer(two.data(), 1, bytes, 9), -1);
   EXPECT_EQ(IkDataFile::packBuffer(two.data(), 1, bytes, 10), 2);
@@ -122,7 +108,7 @@ TEST(IkDataFile, AsksForRoomBeforeEachEntry) {
 TEST(IkDataFile, RandomRowsComeBack) {
   std::mt19937 random(7);
   for (int round = 0; round < 20; ++round) {
-    std::vector<IkDocumentInfo> row;
+    Row row;
     Pairs pairs;
     int chunk = -1;
     int spread = 1;
@@ -137,13 +123,13 @@ TEST(IkDataFile, RandomRowsComeBack) {
     ASSERT_EQ(unpacked(bytes), pairs);
     std::vector<int> dense(static_cast<std::size_t>(chunk) + 1);
     for (const IkDocumentInfo& p : row) dense[static_cast<std::size_t>(p.chunk)] = p.frequency;
-    ASSERT_EQ(packedDense(dense), bytes);
+    ASSERT_EQ(packed(dense), bytes);
   }
 }
 
 TEST(IkDataFile, DeletedChunksMoveTheCountOn) {
   DeletesOddChunks deleter;
-  const Bytes bytes = packed({{2, 1}, {3, 5}, {4, 2}, {21, 1}, {22, 3}});
+  const Bytes bytes = packed(Row{{2, 1}, {3, 5}, {4, 2}, {21, 1}, {22, 3}});
   EXPECT_EQ(unpacked(bytes, &deleter), (Pairs{{2, 1}, {4, 2}, {22, 3}}));
   TenChunksAStructure map;
   EXPECT_EQ(unpacked(bytes, nullptr, &map), (Pairs{{0, 8}, {2, 4}}));
@@ -164,7 +150,7 @@ TEST(IkDataFile, BadSizeModesEndTheRow) {
 }
 
 TEST(IkDataFile, RowsCutWithinAPairThrow) {
-  const Bytes whole = packed({{0x800000, 300}, {0x900000, 1}});
+  const Bytes whole = packed(Row{{0x800000, 300}, {0x900000, 1}});
   for (std::size_t size = 3; size < whole.size(); ++size) {
     if (size == 8) continue;  // the end of the first pair
     const Bytes part(whole.begin(), whole.begin() + static_cast<long>(size));

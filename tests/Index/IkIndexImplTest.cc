@@ -10,11 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "Document/DcDocument.h"
 #include "Document/DcDocumentManager.h"
+#include "Document/DcSimpleDocument.h"
 #include "Fun/Fd.h"
 #include "Fun/FdBag.h"
-#include "Fun/FdStream.h"
 #include "Fun/FdWrapper.h"
 #include "IkTestTools.h"
 #include "Index/IkIndexInfo.h"
@@ -22,86 +21,45 @@
 #include "Index/IkProxBinder.h"
 #include "Index/IkTranspose.h"
 #include "Index/IkWordTable.h"
+#include "Token.h"
 #include "Token/TkWordPair.h"
 #include "Tool/ByteOrder.h"
-#include "Tool/HeapText.h"
 #include "Tool/SysTools.h"
 #include "Word.h"
 
 namespace vandrelle {
 namespace {
 
-using Texts = std::vector<std::vector<std::string>>;  // documents of words
-
-class WordListStream : public FdStream {
+// The documents of texts; a word in front of a `|` becomes a special word. Or none, but
+// a number and a size of them.
+class TextManager : public DcDocumentManager {
  public:
-  explicit WordListStream(const std::vector<std::string>& words) : words_(words) {}
-  void reset() override { next_ = 0, take(); }
-  bool more() override { return next_ < words_.size(); }
-  void next() override { ++next_, take(); }
-  void* key() override { return word_.word(); }
-  int keySize() override { return word_->num_bytes(); }
-
- private:
-  void take() {
-    if (more()) word_ = WmLocalWord(words_[next_].c_str());
-  }
-  const std::vector<std::string>& words_;
-  std::size_t next_ = 0;
-  WmLocalWord word_;
-};
-
-// A word with a leading blank becomes a special word of its document.
-class WordListDocument : public DcDocument {
- public:
-  WordListDocument(int number, const std::vector<std::string>& words) : number_(number) {
-    for (const std::string& word : words) {
-      if (word[0] == ' ') {
-        addSpecialWord(word.c_str());
-      } else {
-        words_.push_back(word);
-      }
-    }
-  }
-  int documentNum() const override { return number_; }
-
- protected:
-  FdStream* original_words() override { return new WordListStream(words_); }
-
- private:
-  int number_;
-  std::vector<std::string> words_;
-};
-
-class WordListManager : public DcDocumentManager {
- public:
-  explicit WordListManager(Texts texts) : texts_(std::move(texts)) {}
-  WordListManager(int documents, long kilobytes) : size_(kilobytes), count_(documents) {}
+  explicit TextManager(std::vector<std::string> texts)
+      : texts_(std::move(texts)), count_(static_cast<int>(texts_.size())) {}
+  TextManager(int documents, long kilobytes) : size_(kilobytes), count_(documents) {}
   DcDocument* documentNum(int num) override {
-    return new WordListDocument(num, texts_[static_cast<std::size_t>(num)]);
+    const std::string& text = texts_[static_cast<std::size_t>(num)];
+    const std::size_t start = text.find('|') + 1;
+    auto* document = new DcSimpleDocument(num, nullptr, text.data() + start,
+                                          static_cast<int>(text.size() - start), nullptr,
+                                          stemmer_.get(), lexer_.get());
+    if (start != 0) document->addSpecialWord(text.substr(0, start - 1).c_str());
+    return document;
   }
-  int numDocuments() override { return count_ ? count_ : static_cast<int>(texts_.size()); }
+  int numDocuments() override { return count_; }
   long corpusSize() override { return size_; }
 
  private:
-  Texts texts_;
-  long size_ = 0;
-  int count_ = 0;
+  const std::vector<std::string> texts_;
+  const std::unique_ptr<TkStemmer> stemmer_{TkManager::NullStemmer()};
+  const std::unique_ptr<TkLexer> lexer_{TkManager::SimpleTextLexer()};
+  const long size_ = 0;
+  const int count_ = 0;
 };
 
-// The third has a special term; the second and the last have no words at all.
-const Texts kTexts = {
-    {"alpha", "beta", "alpha"}, {}, {" Mark", "beta"}, {"gamma", "alpha", "beta", "beta"}, {}};
-
-class IkIndexImplTest : public testing::Test {
+class IkIndexImplTest : public DirectoryTest {
  protected:
-  IkIndexImplTest() : documents_(kTexts) {
-    // Its own for each test: they may run side by side.
-    root_ = testing::TempDir() + "facade_" +
-            testing::UnitTest::GetInstance()->current_test_info()->name();
-    IkLocalIndexBinder old(root_.c_str(), nullptr);
-    old.safeCleanupPath(testing::TempDir().c_str());
-    old.cleanupFiles();
+  IkIndexImplTest() {
     index_.name(root_.c_str());
     index_.documentManager(&documents_);
   }
@@ -137,18 +95,20 @@ class IkIndexImplTest : public testing::Test {
     return text;
   }
 
-  WordListManager documents_;
-  std::string root_;
+  // The third has a special term; the second and the last have no words at all.
+  TextManager documents_{{"alpha beta alpha", "", " Mark|beta", "gamma alpha beta beta", ""}};
+  const std::string root_ = directory_ / "facade";
   IkIndexImpl index_;
 };
 
 TEST_F(IkIndexImplTest, Stage12WritesTheFilesOfAnIndex) {
   TestLog log;
   index_.create_stage12(0, 0);
-  EXPECT_EQ(log.lines(), (std::vector<std::string>{"1:Indexing, stage 1", "2:Indexed 0, 3 terms",
-                                                   "2:Indexed 1, 0 terms", "2:Indexed 2, 2 terms",
-                                                   "2:Indexed 3, 4 terms", "2:Indexed 4, 0 terms",
-                                                   "1:Indexing, stage 2"}));
+  EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                             "1:Indexing, stage 1", "2:Indexed 0, 16 bytes, 3 terms",
+                             "2:Indexed 1, 0 bytes, 0 terms", "2:Indexed 2, 4 bytes, 2 terms",
+                             "2:Indexed 3, 21 bytes, 4 terms", "2:Indexed 4, 0 bytes, 0 terms",
+                             "1:Indexing, stage 2"}));
   IkIndexInfo info;
   info.read((root_ + ".info").c_str());
   EXPECT_EQ(info.numTerms, 4);
@@ -309,29 +269,26 @@ TEST_F(IkIndexImplTest, OptionsFitTheCorpus) {
   const struct {
     int documents;
     long kilobytes;
-    int mergeMaxDocs;
-    int mergeMaxWords;
-    int bufferSize;
-    int transposeCache;
+    std::vector<int> options;  // most documents and words of a merge, buffers, digests
   } cases[] = {
-      {500, 0, 2500, 70000, 32768, 0},
-      {500, 1, 5000, 60000, 32768, 0},
-      {100000, 50000, 5000, 60000, 32768, 50000},
-      {100000, 60000, 5000, 60000, 65536, 50000},
-      {240040, 100001, 6001, 60000, 131072, 50000},
-      {54613, 200001, 5000, 60000, 262144, 0},
-      {54614, 400000, 5000, 60000, 262144, 30720},
-      {58255, 400001, 5000, 60000, 524288, 32768},
-      {58256, 400001, 5000, 60000, 524288, 50000},
+      {500, 0, {2500, 70000, 32768, 0}},
+      {500, 1, {5000, 60000, 32768, 0}},
+      {100000, 50000, {5000, 60000, 32768, 50000}},
+      {100000, 60000, {5000, 60000, 65536, 50000}},
+      {240040, 100001, {6001, 60000, 131072, 50000}},
+      {54613, 200001, {5000, 60000, 262144, 0}},
+      {54614, 400000, {5000, 60000, 262144, 30720}},
+      {58255, 400001, {5000, 60000, 524288, 32768}},
+      {58256, 400001, {5000, 60000, 524288, 50000}},
   };
   for (const auto& c : cases) {
-    WordListManager corpus(c.documents, c.kilobytes);
+    TextManager corpus(c.documents, c.kilobytes);
     IkIndexImpl index;
     index.setOptions(&corpus);
-    EXPECT_EQ(index.mergeMaxDocs(), c.mergeMaxDocs) << c.documents;
-    EXPECT_EQ(index.mergeMaxWords(), c.mergeMaxWords) << c.documents;
-    EXPECT_EQ(index.bufferSize(), c.bufferSize) << c.documents;
-    EXPECT_EQ(index.transposeCache(), c.transposeCache) << c.documents;
+    EXPECT_EQ((std::vector<int>{index.mergeMaxDocs(), index.mergeMaxWords(), index.bufferSize(),
+                                index.transposeCache()}),
+              c.options)
+        << c.documents;
   }
 }
 

@@ -1,7 +1,6 @@
 #include "Index/IkLocalIndexBinder.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <string>
 
@@ -80,10 +79,8 @@ TEST(IkUnstemmer, KeepsTheMostSignificantWords) {
 }
 
 TEST(IkLocalIndexBinder, CleansUpUnderTheSafePathOnly) {
-  const std::string directory = testing::TempDir() + "cleanup";
-  mkdir(directory.c_str(), 0755);
-  mkdir((directory + "/safe").c_str(), 0755);
-  mkdir((directory + "/safer").c_str(), 0755);
+  const TestDirectory scratch;
+  const std::string& directory = scratch.path();
   for (const char* root : {"/safe/web", "/safer/web"}) {
     for (const char* suffix : {".info", ".dat", "x"}) writeBytes(directory + root + suffix, "");
     IkLocalIndexBinder binder((directory + root).c_str(), nullptr);

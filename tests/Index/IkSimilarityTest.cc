@@ -4,8 +4,6 @@
 
 #include <cmath>
 
-#include "Word.h"
-
 namespace vandrelle {
 namespace {
 
@@ -62,24 +60,6 @@ TEST(IkSimilarity, TooShortDocumentsCannotScore) {
   sim.bind(&info);
   EXPECT_EQ(sim.tfLimits[255], 0);
   EXPECT_EQ(sim.NormalizedTF(1, 255), 0.0f);
-}
-
-TEST(IkSimilarity, LengthCountsASeparatorAWord) {
-  const WmLocalWord word("word");
-  float norm = 1.0f;
-  IkSimilarity::NormIncrement(norm, 3, word.word());
-  EXPECT_EQ(norm, 16.0f);
-  IkSimilarity::NormIncrement(norm, 3, 5.0f);
-  EXPECT_EQ(norm, 31.0f);
-}
-
-TEST(IkSimilarity, Coordination) {
-  IkSimilarity sim;
-  EXPECT_EQ(sim.Coord(2.0f, 1), 2.0f);
-  sim.CoordQueryLength(4);
-  EXPECT_EQ(sim.Coord(2.0f, 0), 0.0f);
-  EXPECT_EQ(sim.Coord(2.0f, 9), 2.0f * 0.95f);
-  EXPECT_EQ(sim.Coord(2.0f, 10), 2.0f);
 }
 
 }  // namespace

@@ -6,12 +6,11 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "Exception.h"
+#include "IkTestTools.h"
 #include "Index/IkDigestBuilder.h"
 #include "Index/IkTransposeCache.h"
 #include "Index/IkTransposeLoader.h"
@@ -109,16 +108,7 @@ TEST(IkTransposeCache, EvictsCleanlyAndRespectsLocks) {
 
     cache.locked(0, 1);
     cache.entry(1, 1);
-    ExceptionEnvironment environment;
-    if (GUARDED(environment)) {
-      cache.entry(2, 0);
-      ADD_FAILURE() << "a locked line was evicted";
-    } else {
-      environment.restore_env();
-      Exception* caught = ExceptionManager::instance()->pop();
-      EXPECT_STREQ(caught->message(), "Couldn't find an unlocked line");
-      delete caught;
-    }
+    EXPECT_EQ(thrownBy([&] { cache.entry(2, 0); }), "Ik: Couldn't find an unlocked line");
   }
 }
 
@@ -126,7 +116,7 @@ TEST(IkTransposeLoader, OldLayoutReadsAsTheSameWords) {
   const std::string name = testing::TempDir() + "old.trp";
   const std::string entry1("\x01\x02\x03\xAB\xCD", 5);
   const std::string entry2("\0\0\x09\x00\x01", 5);
-  std::ofstream(name, std::ios::binary) << std::string(10, '\0') << entry2 << entry1;
+  writeBytes(name, std::string(10, '\0') + entry2 + entry1);
   IkOldTransposeLoader loader(name.c_str(), 2);
   unsigned char place[12];
   loader.load(1, place);

@@ -2,12 +2,6 @@
 
 #include "Summary/PiSummarizer.h"
 
-#include <gtest/gtest.h>
-
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <random>
@@ -24,6 +18,7 @@
 #include "Query/QlGather.h"
 #include "Query/QlGatherResult.h"
 #include "Summary/PiHtmlSummarizeOperator.h"
+#include "TestFiles.h"
 #include "Token.h"
 #include "Tool/HeapText.h"
 
@@ -37,16 +32,10 @@ const char* const kTides =
     "Nobody asked for this. The tide lifts boats in the harbour. Bread costs money. The tide "
     "leaves the harbour and the boats. Cows eat grass.";
 
-class PiSummarizerTest : public ::testing::Test {
+class PiSummarizerTest : public DirectoryTest {
  protected:
-  PiSummarizerTest() : stemmer_(TkManager::NullStemmer()) {
-    std::string name = testing::TempDir() + "summary-XXXXXX";
-    folder_ = mkdtemp(name.data());
-  }
-  ~PiSummarizerTest() override { fs::remove_all(folder_); }
-
-  std::string root() const { return (folder_ / "work").string(); }
-  void write(const std::string& name) const { std::ofstream(folder_ / name) << name; }
+  std::string root() const { return directory_ / "work"; }
+  void write(const std::string& name) const { writeFile(directory_ / name, name); }
   // The names in the folder with the sizes of the files.
   std::map<std::string, std::uintmax_t> files() const {
     std::map<std::string, std::uintmax_t> names;
@@ -64,8 +53,8 @@ class PiSummarizerTest : public ::testing::Test {
     return made == nullptr ? "(null)" : made.get();
   }
 
-  fs::path folder_;
-  std::unique_ptr<TkStemmer> stemmer_;
+  const fs::path folder_ = directory_.path();
+  std::unique_ptr<TkStemmer> stemmer_{TkManager::NullStemmer()};
   std::unique_ptr<TkLexer> lexer_{TkManager::SimpleTextLexer()};
   std::string errors_;
 };

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <sstream>
 
@@ -13,32 +12,30 @@
 namespace vandrelle::test {
 namespace {
 
-const std::string kTables = VANDRELLE_BIN_DIR "/../table/";
-
 class DumpTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    folder_ = new TemporaryFolder;
+    folder_ = new TestDirectory;
     const std::string oven = std::string(40, 'x');
-    write(*folder_ / "pages/a.html",
-          "<html><head><title>Ovens</title></head><body>The oven bakes bread. Bread, bread "
-          "and rye. A boat.</body></html>");
-    write(*folder_ / "pages/b.html",
-          "<html><head><title>Tides</title></head><body>The tide brings salt; bread needs "
-          "salt.</body></html>");
-    write(*folder_ / "pages/c.html",
-          "<p>Bridges and brides cross the bright boat, as boats go.</p>");
+    writeFile(*folder_ / "pages/a.html",
+              "<html><head><title>Ovens</title></head><body>The oven bakes bread. Bread, bread "
+              "and rye. A boat.</body></html>");
+    writeFile(*folder_ / "pages/b.html",
+              "<html><head><title>Tides</title></head><body>The tide brings salt; bread needs "
+              "salt.</body></html>");
+    writeFile(*folder_ / "pages/c.html",
+              "<p>Bridges and brides cross the bright boat, as boats go.</p>");
     std::string many = "<html><head><title>Many</title></head><body>";
     for (int i = 0; i < 400; ++i) {
       many += " word" + std::string(1, static_cast<char>('a' + i % 26)) +
               std::string(1, static_cast<char>('a' + i / 26)) + oven.substr(0, i % 7u);
     }
-    write(*folder_ / "pages/d.html", many + "</body></html>");
-    const ProgramRun built =
-        run(*folder_, "vandrelleIndex",
-            {"-R", root(), "-html", "-fsum", "-stem", kTables + "stem.tbl", "-stop",
-             kTables + "stop", *folder_ / "pages/a.html", *folder_ / "pages/b.html",
-             *folder_ / "pages/c.html", *folder_ / "pages/d.html"});
+    writeFile(*folder_ / "pages/d.html", many + "</body></html>");
+    std::vector<std::string> options{"-R", root(), "-html", "-fsum"};
+    for (const char* page : {"a", "b", "c", "d"}) {
+      options.push_back(*folder_ / ("pages/" + std::string(page) + ".html"));
+    }
+    const ProgramRun built = run(*folder_, "vandrelleIndex", options + kTables);
     ASSERT_EQ(built.status, 0) << built.errors;
     ASSERT_EQ(built.output, "");
   }
@@ -60,16 +57,11 @@ class DumpTest : public ::testing::Test {
     return result.output;
   }
 
-  static TemporaryFolder* folder_;
+  static TestDirectory* folder_;
 };
-TemporaryFolder* DumpTest::folder_ = nullptr;
+TestDirectory* DumpTest::folder_ = nullptr;
 
-std::vector<std::string> lines(const std::string& text) {
-  std::vector<std::string> result;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) result.push_back(line);
-  return result;
-}
+std::vector<std::string> lines(const std::string& text) { return split(text, '\n'); }
 
 // The columns of a line.
 std::vector<std::string> columns(const std::string& line) {
@@ -122,7 +114,7 @@ TEST_F(DumpTest, ShowsDocuments) {
         *folder_ / ("pages/" + std::string(1, static_cast<char>('a' + i)) + ".html");
     EXPECT_EQ(line[0], std::to_string(i));
     EXPECT_EQ(line[1], "2048");
-    EXPECT_EQ(line[2], std::to_string(contentsOf(name).size()));
+    EXPECT_EQ(line[2], std::to_string(fileBytes(name).size()));
     EXPECT_EQ(line[5], name);
   }
   EXPECT_EQ(columns(all[0])[3], "255");  // shorter than the least length
@@ -133,8 +125,7 @@ TEST_F(DumpTest, ShowsDocuments) {
 }
 
 TEST_F(DumpTest, ShowsFieldsDigestsAndStems) {
-  EXPECT_EQ(shown({"fields", "1"}), "title     Tides\nurl       " +
-                                        (*folder_ / "pages/b.html").string() +
+  EXPECT_EQ(shown({"fields", "1"}), "title     Tides\nurl       " + (*folder_ / "pages/b.html") +
                                         "\nsummary   The tide brings salt; bread needs ...  \n");
   // Frequencies 2 and 1 of idf ln 5, against 1 of ln 2.5; the title counts too.
   const std::vector<std::string> digest = lines(shown({"digest", "1"}));
@@ -162,32 +153,20 @@ TEST_F(DumpTest, ShowsFieldsDigestsAndStems) {
 }
 
 TEST_F(DumpTest, RefusesInOneLine) {
-  const std::string missing = *folder_ / "missing";
-  for (const auto& [index, command] : std::vector<std::pair<std::string, std::vector<std::string>>>{
-           {missing, {}},
-           {missing, {"words"}},
-           {missing, {"docs"}},
-           {root(), {"row", "unheard"}},
-           {root(), {"row", std::string(300, 'w')}},
-           {root(), {"doc", "4"}},
-           {root(), {"doc", "-1"}},
-           {root(), {"doc", "99999999999"}},
-           {root(), {"doc", "1x"}},
-           {root(), {"doc"}},
-           {missing, {"fields", "0"}},
-           {missing, {"digest", "0"}},
-           {missing, {"stem", "bread"}},
-           {root(), {"fields", "4"}},
-           {root(), {"digest", "4"}},
-           {root(), {"digest", "-1"}},
-           {root(), {"stem", "unheard"}},
-           {root(), {"stem", std::string(300, 's')}},
-           {root(), {"words", "a", "b"}},
-           {root(), {"sing"}}}) {
-    const ProgramRun result = dump(index, command);
-    EXPECT_EQ(result.status, 1) << (command.empty() ? "" : command[0]);
-    EXPECT_EQ(lines(result.errors).size(), 1u) << result.errors;
+  const auto refused = [](const std::string& index, const std::string& command) {
+    const ProgramRun result = dump(index, split(command, ' '));
+    EXPECT_EQ(result.status, 1) << command;
+    EXPECT_EQ(lines(result.errors).size(), 1u) << command << result.errors;
+  };
+  for (const char* command : {"", "words", "docs", "fields 0", "digest 0", "stem bread"}) {
+    refused(*folder_ / "missing", command);
   }
+  for (const char* command :
+       {"row unheard", "doc 4", "doc -1", "doc 99999999999", "doc 1x", "doc", "fields 4",
+        "digest 4", "digest -1", "stem unheard", "words a b", "sing"}) {
+    refused(root(), command);
+  }
+  for (const char* command : {"row ", "stem "}) refused(root(), command + std::string(300, 'w'));
 }
 
 // One file of a copy of the index at a time is cut short or has bytes changed.
@@ -220,7 +199,7 @@ TEST_F(DumpTest, SurvivesDamage) {
     std::filesystem::copy_file(root() + suffix, copy + suffix);
   }
   for (const auto& [suffix, commands] : readers) {
-    const std::string whole = contentsOf(root() + suffix);
+    const std::string whole = fileBytes(root() + suffix);
     ASSERT_FALSE(whole.empty()) << suffix;
     std::vector<std::string> damaged;
     for (const std::size_t length : {std::size_t{0}, whole.size() / 2, whole.size() - 1}) {
@@ -235,14 +214,14 @@ TEST_F(DumpTest, SurvivesDamage) {
       damaged.push_back(bytes);
     }
     for (std::size_t i = 0; i < damaged.size(); ++i) {
-      write(copy + suffix, damaged[i]);
+      writeFile(copy + suffix, damaged[i]);
       const ProgramRun result = dump(copy, commands[i % commands.size()]);
       EXPECT_TRUE(result.status == 0 || (result.status == 1 && lines(result.errors).size() == 1))
           << suffix << " of " << damaged[i].size() << " bytes, case " << i << ", status "
           << result.status << ", signal " << result.signal << '\n'
           << result.errors;
     }
-    write(copy + suffix, whole);
+    writeFile(copy + suffix, whole);
   }
 }
 

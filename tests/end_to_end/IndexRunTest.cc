@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <map>
-#include <memory>
 #include <set>
 #include <sstream>
 
@@ -25,32 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
 
-const std::string kStem = std::string(VANDRELLE_BIN_DIR) + "/../table/stem.tbl";
-const std::string kStop = std::string(VANDRELLE_BIN_DIR) + "/../table/stop";
-
-Texts operator+(Texts first, const Texts& second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
-}
-
-// The contents of all files whose paths begin with `root`, by suffix.
-std::map<std::string, std::string> filesOf(const std::string& root) {
-  std::map<std::string, std::string> files;
-  for (const auto& entry : fs::directory_iterator(fs::path(root).parent_path())) {
-    const std::string name = entry.path();
-    if (name.compare(0, root.size(), root) == 0) {
-      files[name.substr(root.size())] = contentsOf(name);
-    }
-  }
-  return files;
-}
-
-// What differs from run to run.
-std::map<std::string, std::string> withoutLogs(std::map<std::string, std::string> files) {
-  for (const char* suffix : {".log", ".prog", ".size"}) files.erase(suffix);
-  return files;
-}
-
 Texts filesBelow(const std::string& folder) {
   Texts names;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
@@ -63,21 +36,23 @@ Texts filesBelow(const std::string& folder) {
 class IndexRunTest : public ::testing::Test {
  protected:
   IndexRunTest() {
-    write(site("bread.html"),
-          "<html><head><title>Ovens</title>\n<meta name=\"description\" content=\"All about "
-          "bread\">\n</head><body>The baker bakes bread. Bread bakes slowly.</body></html>");
-    write(site("tides.html"),
-          "<html><head><title>Tides\nand moons</title></head><body><!-- smugglers -->\n<p>The sea "
-          "comes in. Then the sea goes out. Nobody is surprised by this.</body></html>");
-    write(site("below/plain.htm"), "<p>Bridges cross the river.</p><p>Boats cross it too.</p>");
+    writeFile(site("bread.html"),
+              "<html><head><title>Ovens</title>\n<meta name=\"description\" content=\"All about "
+              "bread\">\n</head><body>The baker bakes bread. Bread bakes slowly.</body></html>");
+    writeFile(
+        site("tides.html"),
+        "<html><head><title>Tides\nand moons</title></head><body><!-- smugglers -->\n<p>The sea "
+        "comes in. Then the sea goes out. Nobody is surprised by this.</body></html>");
+    writeFile(site("below/plain.htm"), "<p>Bridges cross the river.</p><p>Boats cross it too.</p>");
     // Long enough for the binary test: a shorter file is judged together with
     // what the test has left from the file before it.
-    write(site("notes.txt"), "Plain notes on bread.\n" + std::string(1024, ' ') + "And boats.\n");
-    write(site("bread.html~"), "<p>A leftover of an editor.");
-    write(site(".secret.html"), "<p>A hidden file.");
-    write(site("VD-list.html"), "<p>A generated page.");
-    write(site("picture.jpeg"), "<p>No picture, but named like one.");
-    write(site("bytes.bin"), std::string(1024, '\1'));
+    writeFile(site("notes.txt"),
+              "Plain notes on bread.\n" + std::string(1024, ' ') + "And boats.\n");
+    writeFile(site("bread.html~"), "<p>A leftover of an editor.");
+    writeFile(site(".secret.html"), "<p>A hidden file.");
+    writeFile(site("VD-list.html"), "<p>A generated page.");
+    writeFile(site("picture.jpeg"), "<p>No picture, but named like one.");
+    writeFile(site("bytes.bin"), std::string(1024, '\1'));
     fs::create_directories(folder_ / "out");
   }
 
@@ -129,7 +104,7 @@ class IndexRunTest : public ::testing::Test {
     return values;
   }
 
-  TemporaryFolder folder_;
+  TestDirectory folder_;
 };
 
 // All frequencies of all rows of an index, added up.
@@ -172,13 +147,12 @@ TEST_F(IndexRunTest, ANormalRunLeavesTheWholeFamilyAndNothingElse) {
     // A list, since a folder is walked in the order of the file system.
     std::string list;
     for (const std::string& name : filesBelow(one.folder)) list += name + "\n";
-    write(path("list"), list);
+    writeFile(path("list"), list);
     std::map<std::string, std::string> runs[2];
     for (int i = 0; i < 2; ++i) {
       fs::remove_all(folder_ / "out");
       fs::create_directories(folder_ / "out");
-      build({"-R", root(), "-html", "-text", "-fsum", "-stem", kStem, "-stop", kStop, "-flist",
-             path("list")});
+      build(Texts{"-R", root(), "-html", "-text", "-fsum", "-flist", path("list")} + kTables);
       runs[i] = filesOf(root());
     }
     std::set<std::string> found;
@@ -209,44 +183,37 @@ TEST_F(IndexRunTest, ANormalRunLeavesTheWholeFamilyAndNothingElse) {
 
 // Which documents and words a run takes in.
 TEST_F(IndexRunTest, OptionsChooseDocumentsAndWords) {
-  write(path("only-notes"), "notes\\.txt$ TEXT\n");
-  write(path("no-tides"), "tides\n");
-  write(path("text.conf"), "-text -mwords 5\n-nostem\n");
-  write(path("root.conf"), root() + "\n-comments");
-  write(path("users"), site("below") + "\n" + site("notes.txt"));
+  writeFile(path("only-notes"), "notes\\.txt$ TEXT\n");
+  writeFile(path("no-tides"), "tides\n");
+  writeFile(path("text.conf"), "-text -mwords 5\n-nostem\n");
+  writeFile(path("root.conf"), root() + "\n-comments");
+  writeFile(path("users"), site("below") + "\n" + site("notes.txt"));
   const Texts pages{"below/plain.htm", "bread.html", "tides.html"};
   const Texts named{"-R", root(), path("site")};
   const struct {
-    Texts arguments;
-    std::string configuration;
-    Texts documents;
-    std::map<const char*, bool> words;
+    Texts arguments, documents;
+    std::map<const char*, bool> words = {};
+    std::string configuration = "/nonexistent";
   } cases[] = {
-      {named, "/nonexistent", pages, {{"ovens", true}, {"moons", true}, {"smugglers", false}}},
+      {named, pages, {{"ovens", true}, {"moons", true}, {"smugglers", false}}},
       {named + Texts{"-pdf", "-oldstem", "-unlimit", "-text", "-bufsize", "9", "-mdocs", "-html"},
-       "/nonexistent",
        pages,
        {{"notes", false}, {"leftover", false}, {"hidden", false}, {"generated", false}}},
-      {named + Texts{"-comments"}, "/nonexistent", pages, {{"smugglers", true}}},
-      {named + Texts{"-text"}, "/nonexistent", {"notes.txt"}, {{"notes", true}}},
+      {named + Texts{"-comments"}, pages, {{"smugglers", true}}},
+      {named + Texts{"-text"}, {"notes.txt"}, {{"notes", true}}},
       {named + Texts{"-html", "-text"},
-       "/nonexistent",
        {"below/plain.htm", "bread.html", "notes.txt", "tides.html"},
        {{"picture", false}}},
-      {named + Texts{"-excl", path("only-notes")}, "/nonexistent", {"notes.txt"}, {}},
+      {named + Texts{"-excl", path("only-notes")}, {"notes.txt"}},
       {named + Texts{"-html", "-excl", path("no-tides")},
-       "/nonexistent",
        {"below/plain.htm", "bread.html"},
        {{"moons", false}}},
-      {named + Texts{"-C", path("text.conf")}, "/nonexistent", {"notes.txt"}, {}},
-      {named, path("text.conf"), {"notes.txt"}, {}},
-      {named + Texts{"-C", path("none")}, path("text.conf"), pages, {}},
+      {named + Texts{"-C", path("text.conf")}, {"notes.txt"}},
+      {named, {"notes.txt"}, {}, path("text.conf")},
+      {named + Texts{"-C", path("none")}, pages, {}, path("text.conf")},
       // Positional words of the configuration come first: this one is the root.
-      {{path("site")}, path("root.conf"), pages, {{"smugglers", true}}},
-      {{"-html", "-text", root(), "-ulist", path("users")},
-       "/nonexistent",
-       {"below/plain.htm", "notes.txt"},
-       {}},
+      {{path("site")}, pages, {{"smugglers", true}}, path("root.conf")},
+      {{"-html", "-text", root(), "-ulist", path("users")}, {"below/plain.htm", "notes.txt"}},
   };
   for (const auto& one : cases) {
     std::string told = one.configuration;
@@ -259,7 +226,7 @@ TEST_F(IndexRunTest, OptionsChooseDocumentsAndWords) {
 }
 
 TEST_F(IndexRunTest, FieldsOfTheDocuments) {
-  write(path("map"), "http://shop/ " + site("bread") + "\nhttp://web/ " + site("") + "\n");
+  writeFile(path("map"), "http://shop/ " + site("bread") + "\nhttp://web/ " + site("") + "\n");
   const Texts named{"-R", root(), path("site"), "-mapfile", path("map")};
   build(named);
   EXPECT_EQ(field("title"), (Texts{"(Untitled)", "Ovens", "Tides and moons"}));
@@ -279,12 +246,12 @@ TEST_F(IndexRunTest, QualitySummaries) {
   const std::string tides =
       "Nobody asked. The tide lifts boats in the harbour. Bread costs money. The tide leaves the "
       "harbour and the boats. Cows eat grass.";
-  for (const char* name : {"x.html", "y.html"}) write(site(name), "<h1>Page</h1>" + tides);
+  for (const char* name : {"x.html", "y.html"}) writeFile(site(name), "<h1>Page</h1>" + tides);
   std::string numbers;
   for (int i = 0; i < 400; ++i) numbers += "And " + std::to_string(i * i % 89) + " or so is it. ";
-  write(site("z.html"), numbers);
-  const Texts named{"-R",    root(), path("site"), "-qsum", "-nss",   "2",
-                    "-stem", kStem,  "-stop",      kStop,   "-sroot", path("q")};
+  writeFile(site("z.html"), numbers);
+  const Texts named =
+      Texts{"-R", root(), path("site"), "-qsum", "-nss", "2", "-sroot", path("q")} + kTables;
   build(named);
   const Texts summaries = field("summary");
   ASSERT_EQ(summaries.size(), 6u);
@@ -292,9 +259,9 @@ TEST_F(IndexRunTest, QualitySummaries) {
             " The tide lifts boats in the harbour. The tide leaves the harbour and the boats.");
   EXPECT_EQ(summaries[3], summaries[2]);
   EXPECT_EQ(filesOf(path("q")), (std::map<std::string, std::string>()));
-  const std::string fields = contentsOf(root() + ".fdat");
+  const std::string fields = fileBytes(root() + ".fdat");
   build(named);
-  EXPECT_EQ(contentsOf(root() + ".fdat"), fields);
+  EXPECT_EQ(fileBytes(root() + ".fdat"), fields);
 
   const ProgramRun failed = index(named + Texts{"-sroot", path("gone/q")});
   EXPECT_EQ(failed.status, 0);
@@ -324,9 +291,9 @@ TEST_F(IndexRunTest, RunsThatBuildNothing) {
       {{root(), "-flist", path("none")},
        0,
        "VANDRELLEERROR: Fatal: Coudn't open filelist '" + path("none") + "'. ["},
-      {{root(), "-ulist", path("none")},
+      {{root(), "-ulist", path("site")},
        0,
-       "VANDRELLEERROR: Fatal: Coudn't open user list '" + path("none") + "'. ["},
+       "VANDRELLEERROR: Fatal: Coudn't open user list '" + path("site") + "'. ["},
       {{root(), path("site"), "-excl", path("none")},
        0,
        "VANDRELLEERROR: IO: File " + path("none") + "cannot be opened for reading. ["},
@@ -354,8 +321,8 @@ TEST_F(IndexRunTest, RunsThatBuildNothing) {
       EXPECT_TRUE(fs::is_empty(folder_ / "out"));
     }
   }
-  EXPECT_GT(std::stol(contentsOf(path("pid"))), 0);
-  EXPECT_EQ(contentsOf(path("pid")).find_first_not_of("0123456789"), std::string::npos);
+  EXPECT_GT(std::stol(fileBytes(path("pid"))), 0);
+  EXPECT_EQ(fileBytes(path("pid")).find_first_not_of("0123456789"), std::string::npos);
 }
 
 TEST_F(IndexRunTest, LaterRunsOnAFinishedIndex) {
@@ -363,7 +330,7 @@ TEST_F(IndexRunTest, LaterRunsOnAFinishedIndex) {
   const std::map<std::string, std::string> built = withoutLogs(filesOf(root()));
   fs::remove(root() + ".trp");
   build({"-R", root(), "-transpose"});
-  EXPECT_EQ(contentsOf(root() + ".prog"),
+  EXPECT_EQ(fileBytes(root() + ".prog"),
             "Building transpose table...\nTranspose table completed.\n");
   EXPECT_TRUE(withoutLogs(filesOf(root())) == built);
 

@@ -1,47 +1,52 @@
-// Runs the built programs as a user would, and gives tests a folder of their own.
+// Runs the built programs as a user would, and gives tests what they share.
 #pragma once
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "TestFiles.h"
+
 namespace vandrelle::test {
 
-inline std::string contentsOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+// The options that name the stem and stop tables of the build.
+inline const std::vector<std::string> kTables{"-stem", VANDRELLE_BIN_DIR "/../table/stem.tbl",
+                                              "-stop", VANDRELLE_BIN_DIR "/../table/stop"};
+
+inline std::vector<std::string> operator+(std::vector<std::string> first,
+                                          const std::vector<std::string>& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
 }
 
-inline void write(const std::filesystem::path& path, const std::string& contents) {
-  std::filesystem::create_directories(path.parent_path());
-  std::ofstream(path, std::ios::binary) << contents;
+inline std::vector<std::string> split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::istringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
 }
 
-// A new folder under the system's temporary one, removed with all that is in it.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "vandrelle-XXXXXX").string();
-    if (mkdtemp(name.data()) != nullptr) path_ = name;
+// The contents of all files whose paths begin with `root`, by suffix.
+inline std::map<std::string, std::string> filesOf(const std::string& root) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(std::filesystem::path(root).parent_path())) {
+    const std::string name = entry.path();
+    if (name.compare(0, root.size(), root) == 0) files[name.substr(root.size())] = fileBytes(name);
   }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  return files;
+}
 
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-
- private:
-  std::filesystem::path path_;
-};
+// What differs from run to run.
+inline std::map<std::string, std::string> withoutLogs(std::map<std::string, std::string> files) {
+  for (const char* suffix : {".log", ".prog", ".size"}) files.erase(suffix);
+  return files;
+}
 
 struct ProgramRun {
   int status = -1;  // exit status; -1 when the program did not end by itself
@@ -53,7 +58,7 @@ struct ProgramRun {
 // Runs `program` of the build with the file `input` as standard input, at most 30
 // seconds, with its two streams caught in `scratch` and VANDRELLE_CONFIG set to
 // `configuration`.
-inline ProgramRun run(const TemporaryFolder& scratch, const std::string& program,
+inline ProgramRun run(const TestDirectory& scratch, const std::string& program,
                       const std::vector<std::string>& arguments,
                       const std::string& configuration = "/nonexistent",
                       const std::string& input = "/dev/null") {
@@ -85,8 +90,8 @@ inline ProgramRun run(const TemporaryFolder& scratch, const std::string& program
   if (child < 0 || waitpid(child, &status, 0) != child) return result;
   if (WIFEXITED(status)) result.status = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
-  result.output = contentsOf(output);
-  result.errors = contentsOf(errors);
+  result.output = fileBytes(output);
+  result.errors = fileBytes(errors);
   return result;
 }
 

@@ -7,30 +7,19 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <regex>
-#include <sstream>
 
 #include "end_to_end/ProgramRun.h"
 
 namespace vandrelle::test {
 namespace {
 
-const std::string kTables = VANDRELLE_BIN_DIR "/../table/";
-
-std::vector<std::string> split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
-  return parts;
-}
-
 class SearchTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    folder_ = new TemporaryFolder;
-    const ProgramRun built =
-        run(*folder_, "vandrelleIndex",
-            {"-R", root(), "-html", "-fsum", "-stem", kTables + "stem.tbl", "-stop",
-             kTables + "stop", VANDRELLE_SOURCE_DIR "/examples/site"});
+    folder_ = new TestDirectory;
+    const std::vector<std::string> options{"-R", root(), "-html", "-fsum",
+                                           VANDRELLE_SOURCE_DIR "/examples/site"};
+    const ProgramRun built = run(*folder_, "vandrelleIndex", options + kTables);
     ASSERT_EQ(built.output, "");
   }
   static void TearDownTestSuite() {
@@ -40,31 +29,31 @@ class SearchTest : public ::testing::Test {
 
   static std::string root() { return *folder_ / "index"; }
 
-  static ProgramRun search(std::vector<std::string> arguments, const std::string& input = "") {
-    write(*folder_ / "queries", input);
-    const std::vector<std::string> options = {
-        "-R", root(), "-stem", kTables + "stem.tbl", "-stop", kTables + "stop"};
-    arguments.insert(arguments.begin(), options.begin(), options.end());
-    return run(*folder_, "vandrelleSearch", arguments, "/nonexistent", *folder_ / "queries");
+  static ProgramRun search(const std::vector<std::string>& arguments,
+                           const std::string& input = "") {
+    writeFile(*folder_ / "queries", input);
+    const std::vector<std::string> options = {"-R", root()};
+    return run(*folder_, "vandrelleSearch", options + kTables + arguments, "/nonexistent",
+               *folder_ / "queries");
   }
 
   // The fields of each line of an answer with -plain.
   static std::vector<std::vector<std::string>> plain(std::vector<std::string> arguments) {
     arguments.push_back("-plain");
-    const ProgramRun result = search(std::move(arguments));
+    const ProgramRun result = search(arguments);
     EXPECT_EQ(result.status, 0) << result.errors;
     std::vector<std::vector<std::string>> rows;
     for (const std::string& line : split(result.output, '\n')) rows.push_back(split(line, '\t'));
     return rows;
   }
 
-  static TemporaryFolder* folder_;
+  static TestDirectory* folder_;
 };
 
-TemporaryFolder* SearchTest::folder_ = nullptr;
+TestDirectory* SearchTest::folder_ = nullptr;
 
 TEST_F(SearchTest, DocumentedExamplesFindTheirPages) {
-  const std::string page = contentsOf(VANDRELLE_SOURCE_DIR "/docs/query-language.md");
+  const std::string page = fileBytes(VANDRELLE_SOURCE_DIR "/docs/query-language.md");
   std::string queries;
   std::vector<std::string> titles;
   for (const std::string& line : split(page, '\n')) {
@@ -136,21 +125,13 @@ TEST_F(SearchTest, ByExample) {
 TEST_F(SearchTest, HostileQueriesGetALineAndAnEmptyAnswer) {
   std::string words, deep(10000, '(');
   for (int i = 0; i < 1200; ++i) words += "w" + std::to_string(i) + " ";
-  const std::vector<std::string> queries = {"",
-                                            "   ",
-                                            "(",
-                                            "()",
-                                            "(find)",
-                                            "(nothing here)",
-                                            "(find \"open",
-                                            words,
-                                            deep,
-                                            "(find " + words + ")",
-                                            std::string(10 << 20, '('),
-                                            "(find x) (find y)",
-                                            std::string("zero\0byte", 9),
-                                            "(find n=0 x)",
-                                            "(words bridge)"};
+  std::vector<std::string> queries = split(
+      "|   |(|()|(find)|(nothing here)|(find \"open|(find x) (find y)|(find n=0 x)|(words bridge)",
+      '|');
+  for (const std::string& query : {words, deep, "(find " + words + ")", std::string(10 << 20, '('),
+                                   std::string("zero\0byte", 9)}) {
+    queries.push_back(query);
+  }
   for (const std::string& query : queries) {
     const ProgramRun result = search({"-i", "-plain"}, query + "\nsundial\n");
     const std::string what = query.substr(0, 40);
@@ -193,7 +174,7 @@ TEST_F(SearchTest, WrongUse) {
 TEST_F(SearchTest, DamagedFiles) {
   for (const char* suffix : {".info", ".key", ".ptr", ".dat", ".norm", ".trp", ".unstem", ".fidx",
                              ".fdat", ".fnam", ".idx", ".lst", ".lpt"}) {
-    const std::string sound = contentsOf(root() + suffix);
+    const std::string sound = fileBytes(root() + suffix);
     for (std::size_t i = 0; i < 8; ++i) {
       std::string damaged = sound.substr(0, i * sound.size() / 4);
       if (i >= 4) {
@@ -202,13 +183,13 @@ TEST_F(SearchTest, DamagedFiles) {
         for (std::size_t at = i; at < damaged.size(); at += step)
           damaged[at] ^= static_cast<char>(i);
       }
-      write(root() + suffix, damaged);
+      writeFile(root() + suffix, damaged);
       const ProgramRun result =
           search({"-i", "-gather", "2"}, "stone bridges\n(and (find clock) (find water))\n");
       EXPECT_TRUE(result.status == 0 || (result.status == 1 && !result.errors.empty()))
           << suffix << " " << i << ": " << result.status << " " << result.signal << result.errors;
     }
-    write(root() + suffix, sound);
+    writeFile(root() + suffix, sound);
   }
 }
 

@@ -11,12 +11,12 @@ class TableTest : public ::testing::Test {
  protected:
   // Runs the program with the file `source` holding `text`.
   ProgramRun table(const std::string& text, const std::vector<std::string>& arguments) {
-    write(folder_ / "source", text);
+    writeFile(folder_ / "source", text);
     return run(folder_, "vandrelleTable", arguments);
   }
   std::string path(const char* name) const { return folder_ / name; }
 
-  TemporaryFolder folder_;
+  TestDirectory folder_;
 };
 
 TEST_F(TableTest, BrokenSourcesAreToldWithTheirPlace) {
@@ -63,15 +63,9 @@ TEST_F(TableTest, OtherFailures) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors, "vandrelleTable: " + c.message + "\n");
   }
-  const std::vector<std::vector<std::string>> misused = {{},
-                                                         {"-show"},
-                                                         {"word"},
-                                                         {"-stemsrc", path("source")},
-                                                         {"-stopsrc", "x", "-stem", "y"},
-                                                         {"-stem"},
-                                                         {"-stem", "x", "-stop", "y"}};
-  for (const auto& arguments : misused) {
-    const ProgramRun result = table("a *", arguments);
+  for (const char* misused :
+       {"", "-show", "word", "-stemsrc x", "-stopsrc x -stem y", "-stem", "-stem x -stop y"}) {
+    const ProgramRun result = table("a *", split(misused, ' '));
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors.rfind("usage: vandrelleTable", 0), 0u);
   }

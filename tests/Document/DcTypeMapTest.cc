@@ -27,15 +27,6 @@ TEST_F(DcTypeMapTest, FirstMatchingRuleDecides) {
   EXPECT_EQ(log_.lines().size(), 3u);
 }
 
-TEST_F(DcTypeMapTest, DirectoriesAreJudgedByExclusionsAlone) {
-  DcRegexpTypeMap map;
-  map.addDataType("/docs", 1, 1);
-  map.excludeRegExp("/docs/old");
-  EXPECT_EQ(map.excludeDir("/docs/new"), 0);
-  EXPECT_EQ(map.excludeDir("/docs/old"), 1);
-  EXPECT_TRUE(logged("2:/docs/old matches regexp /docs/old - Excluded."));
-}
-
 TEST_F(DcTypeMapTest, BinaryThresholdIsNinetyNineToOne) {
   const struct {
     std::size_t text, binary;

@@ -135,11 +135,6 @@ TEST(FdMultiAllocator, ServesEverySize) {
   void* again = allocator.allocate(60);
   EXPECT_EQ(allocator.totalBytes(), bytes);
   allocator.deallocate(again, 60);
-
-  FdTemplateAllocator<std::uint64_t> numbers;
-  std::uint64_t* number = numbers.allocate();
-  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(number) % alignof(std::uint64_t), 0u);
-  numbers.deallocate(number);
 }
 
 }  // namespace

@@ -147,21 +147,5 @@ TEST(PrBitVector, WordEnds) {
   EXPECT_EQ(read(empty), Pairs{});
 }
 
-// A node remembers the gap that it searched last: setting it anew undoes that.
-TEST(PrThreshhold, AnswersAnewWhenItChanges) {
-  PrThreshhold node(1, 0, 0.5f, 0);
-  node.child(sparse({{3, 0.4f}, {7, 0.6f}}));
-  EXPECT_EQ(node.score(1), 0);
-  EXPECT_EQ(node.score(3), 0);
-  EXPECT_EQ(node.score(7), 1);
-  node.threshhold(0.3f);
-  EXPECT_EQ(node.score(3), 1);
-  node.threshhold(0.7f);
-  EXPECT_EQ(node.score(3), 0);
-  EXPECT_EQ(node.score(7), 0);
-  node.child(sparse({{7, 0.8f}}));
-  EXPECT_EQ(node.score(7), 1);
-}
-
 }  // namespace
 }  // namespace vandrelle

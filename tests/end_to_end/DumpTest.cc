@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
 #include <sstream>
 
 #include "end_to_end/ProgramRun.h"
@@ -15,7 +16,7 @@ namespace {
 class DumpTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    folder_ = new TestDirectory;
+    folder_ = std::make_unique<TestDirectory>();
     const std::string oven = std::string(40, 'x');
     writeFile(*folder_ / "pages/a.html",
               "<html><head><title>Ovens</title></head><body>The oven bakes bread. Bread, bread "
@@ -39,10 +40,7 @@ class DumpTest : public ::testing::Test {
     ASSERT_EQ(built.status, 0) << built.errors;
     ASSERT_EQ(built.output, "");
   }
-  static void TearDownTestSuite() {
-    delete folder_;
-    folder_ = nullptr;
-  }
+  static void TearDownTestSuite() { folder_.reset(); }
 
   static std::string root() { return *folder_ / "index"; }
 
@@ -57,10 +55,8 @@ class DumpTest : public ::testing::Test {
     return result.output;
   }
 
-  static TestDirectory* folder_;
+  inline static std::unique_ptr<TestDirectory> folder_;
 };
-TestDirectory* DumpTest::folder_ = nullptr;
-
 std::vector<std::string> lines(const std::string& text) { return split(text, '\n'); }
 
 // The columns of a line.

@@ -273,34 +273,28 @@ TEST_F(IndexRunTest, QualitySummaries) {
 TEST_F(IndexRunTest, RunsThatBuildNothing) {
   const struct {
     Texts arguments;
-    int status;
     std::string output;
+    int status = 0;
   } cases[] = {
-      {{"-v"}, 0, "Ombrel v1.1P1\n"},
-      {{"-v", "-pidfile", path("pid"), "-R", root()}, 0, "Ombrel v1.1P1\n"},
-      {{}, 255, "VANDRELLEERROR: Must specify root index filename\n"},
-      {{"-html", "-fsum"}, 255, "VANDRELLEERROR: Must specify root index filename\n"},
-      {{"-R", root(), "-sumfile"}, 255, ""},
+      {{"-v"}, "Ombrel v1.1P1\n"},
+      {{"-v", "-pidfile", path("pid"), "-R", root()}, "Ombrel v1.1P1\n"},
+      {{}, "VANDRELLEERROR: Must specify root index filename\n", 255},
+      {{"-html", "-fsum"}, "VANDRELLEERROR: Must specify root index filename\n", 255},
+      {{"-R", root(), "-sumfile"}, "", 255},
       {{"-v", "-pidfile", path("none/pid")},
-       0,
        "VANDRELLEERROR: Fatal: Could not open " + path("none/pid") + "for writing. ["},
       {{"-R", root()},
-       0,
        "VANDRELLEERROR: Fatal: You must designate files to be indexed using -flist, -ulist, or "
        "provide them on the command line. ["},
       {{root(), "-flist", path("none")},
-       0,
        "VANDRELLEERROR: Fatal: Coudn't open filelist '" + path("none") + "'. ["},
       {{root(), "-ulist", path("site")},
-       0,
        "VANDRELLEERROR: Fatal: Coudn't open user list '" + path("site") + "'. ["},
       {{root(), path("site"), "-excl", path("none")},
-       0,
        "VANDRELLEERROR: IO: File " + path("none") + "cannot be opened for reading. ["},
       {{root(), path("site"), "-mapfile", path("none")},
-       0,
        "VANDRELLEERROR: Fatal: Mapfile " + path("none") + "could not be opened. ["},
-      {{"-R", root(), "-transpose"}, 0, "VANDRELLEERROR: "},
+      {{"-R", root(), "-transpose"}, "VANDRELLEERROR: "},
   };
   for (const auto& one : cases) {
     std::string told;

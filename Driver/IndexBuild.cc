@@ -125,6 +125,7 @@ void IndexBuild::compile(std::unique_ptr<DcUserTypes> types) {
   const int docs = docmgr->numDocuments();
   compileWords(docs);
   removeTempFiles(&rootname_);
+  removeTempPositions(&rootname_);
   indexer_->create_stage3();
   timer_->stop();
 
@@ -158,6 +159,9 @@ void IndexBuild::testDisk(long corpusSize) {
 // readable goes first.
 void IndexBuild::compileWords(int docs) {
   SysTools::removeFile(rootname_.suffix(".info"));
+  for (const char* positions : {".prx", ".prx.map"}) {
+    SysTools::removeFile(rootname_.suffix(positions));
+  }
   indexer_->create_stage12(0, 0);
   if (!SysTools::fileExists(rootname_.suffix(".info"))) {
     THROW(Fatal, "No words found in any of " << docs << " documents - no index built.");

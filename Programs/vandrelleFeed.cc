@@ -14,10 +14,12 @@
 
 #include <signal.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <exception>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <string>
 
@@ -59,6 +61,12 @@ bool refuse(const std::string& what) {
   return false;
 }
 
+bool isValued(const char* token) {
+  return std::any_of(std::begin(kValued), std::end(kValued), [token](const Option& option) {
+    return std::strcmp(token, option.flag) == 0;
+  });
+}
+
 bool isNumber(const char* text, int least, int most, int* value) {
   const char* const end = text + std::strlen(text);
   const auto [rest, error] = std::from_chars(text, end, *value);
@@ -67,21 +75,21 @@ bool isNumber(const char* text, int least, int most, int* value) {
 
 // False, with a line on the error stream, for options that are wrong.
 bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
+  if (argc < 2) return refuse(kUsage);
   for (const Option& option : kValued) {
     options->arg_double(option.name, option.flag, option.defaultValue);
   }
   for (const Option& option : kFlags) options->arg_flag(option.name, option.flag, nullptr);
   options->parse(argc, argv);
 
+  if (isValued(argv[argc - 1]) && !isValued(argv[argc - 2])) {
+    return refuse(std::string(argv[argc - 1]) + " needs a value; " + kUsage);
+  }
   for (int i = 0; i < options->numUnusedArgs(); ++i) {
     const char* const word = options->unusedArg(i);
-    for (const Option& option : kValued) {
-      if (std::strcmp(word, option.flag) == 0) {
-        return refuse(std::string(word) + " needs a value; " + kUsage);
-      }
+    if (word[0] == '-') {
+      return refuse("there is no option '" + printable(word) + "'; " + kUsage);
     }
-    if (word[0] == '-')
-      return refuse(std::string("there is no option '") + printable(word) + "'; " + kUsage);
   }
   if (!options->exist_arg("root") || !options->exist_arg("type") ||
       (options->numUnusedArgs() == 0 && !options->exist_arg("filelist"))) {

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the release preset, indexes the web site in
-# examples/site and shows what came out. The index lies in out/demo/ afterwards,
-# for further looking with build/release/bin/vandrelleDump.
+# examples/site and a feed of examples/feeds, and shows what came out. The indexes
+# lie in out/demo/ afterwards, for further looking with
+# build/release/bin/vandrelleDump.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -37,3 +38,11 @@ dump row bridge
 for document in 0 7 21; do dump doc "$document"; done
 dump digest 7
 dump stem clock
+
+say "Indexing a feed: MEDLINE records, one of them without an abstract"
+tables=(-stem build/release/table/stem.tbl -stop build/release/table/stop)
+feed=(-R out/demo/records -type 7 -fsum "${tables[@]}" examples/feeds/07-medline.txt)
+echo "$programs/vandrelleFeed ${feed[*]}"
+"$programs/vandrelleFeed" "${feed[@]}"
+echo "$programs/vandrelleSearch -R out/demo/records homesick keepers"
+"$programs/vandrelleSearch" -R out/demo/records "${tables[@]}" homesick keepers

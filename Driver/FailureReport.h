@@ -3,6 +3,7 @@
 
 #include <iostream>
 
+#include "Exception.h"
 #include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
@@ -29,5 +30,22 @@ class FailureReport : public VandrelleLog {
   const char* program_;
   int failures_ = 0;
 };
+
+// Runs the action of a program with `report` as its log. The exit status: 0, or 1
+// after a failure that was reported or thrown, or when the standard output broke.
+template <typename Action>
+int runReported(FailureReport& report, Action action) {
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    VandrelleLog::Logger(&report);
+    action();
+    std::cout.flush();
+    return report.failures() == 0 && std::cout ? 0 : 1;
+  }
+  environment.restore_env();
+  std::cout.flush();
+  report.report(ExceptionManager::instance()->pop()->message());
+  return 1;
+}
 
 }  // namespace vandrelle

@@ -107,10 +107,13 @@ int IkLocalRetriever::accelerateQuery(IkRetrieverInput* input, PrSparseNodeImpl*
   FdRBTree<QaDocData> tree;
   if (qaBinder_->lookup(words, tree, resultSize) == 0) return 0;
   estimateMatchCount(input);
+  int added = 0;
   for (auto best = tree.iterator(); best.more(); best.next()) {
-    if (isLive(best.data().doc)) result->add(best.data().doc, best.data().score);
+    if (!isLive(best.data().doc)) continue;
+    result->add(best.data().doc, best.data().score);
+    ++added;
   }
-  return tree.size();
+  return added;
 }
 
 // Terms behind the first are taken to share some documents with it, and a sum that

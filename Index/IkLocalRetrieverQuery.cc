@@ -173,8 +173,8 @@ IkUnpacker IkLocalRetriever::makeCondensedUnpacker(const std::vector<int>& terms
   return merged;
 }
 
-// A vector of length 1. What isn't a finite number, as the infinite idf of a virtual
-// term without documents, must not reach the scores of the other terms.
+// A vector of length 1. What is no finite number or has no finite square, as the infinite
+// idf of a virtual term without documents, must not reach the scores of other terms.
 void IkLocalRetriever::normalizeQuery() {
   float sum = 0;
   for (std::size_t slot = 0; slot < query_.queryInfo.size(); ++slot) {
@@ -184,7 +184,7 @@ void IkLocalRetriever::normalizeQuery() {
     info.value = data.weight;
     info.idf = data.idf != 0 ? data.idf : info.realidf;
     info.value *= info.idf;
-    if (!std::isfinite(info.value)) info.value = info.idf = 0;
+    if (!std::isfinite(info.value * info.value)) info.value = info.idf = 0;
     if (info.value != 0) sum += info.value * info.value;
   }
   const float length = std::sqrt(sum);

@@ -16,9 +16,12 @@ constexpr int kMinDocsFromRow = 2000;
 constexpr int kEnoughMatches = 300;
 constexpr int kLastSerialNum = 65534;
 
+// The bit of a mask that no document has: there are fewer rows.
+constexpr uint32 kNoRow = 1u << 31;
+
 // The most that one row can add to a document, without its scale: a word counts for a
 // tenth of a document at most.
-const float kMaxContribution = static_cast<float>(std::sqrt(0.1));
+const float MAX_CONTRIB = static_cast<float>(std::sqrt(0.1));
 
 int toInt(float number) {
   constexpr float kLimit = 2147483648.0f;
@@ -83,7 +86,7 @@ void IkLocalRetriever::boundRows(RangeScan& scan) {
   for (int i = 1; i <= n; ++i) {
     const float scale = i < n ? sortedRows_[static_cast<std::size_t>(i)].scale : 0.0f;
     float sum = 0;
-    for (int j = 0; j < i; ++j) sum += scale * kMaxContribution;
+    for (int j = 0; j < i; ++j) sum += scale * MAX_CONTRIB;
     scan.inclusiveMaxPossible[n - i] = sim_.Coord(sum, i);
   }
 }
@@ -135,14 +138,15 @@ void IkLocalRetriever::sortUnpackerList() {
 }
 
 // The masks of the operations, with the bits of rows in the place of those of terms. A
-// word without a row has no part in the operations, and its bit is left out.
+// term without a row has no part in the operations, and its bit is left out; or it is
+// one without a word, which no document has.
 void IkLocalRetriever::bindMasks(IkRetrieverInput& input) {
   masks_.clear();
   if (query_.numOperations() == 0) return;
   IkRetrieverBooleanMask* made = nullptr;
   int numMasks = 0;
   IkCreateMasks(input, made, numMasks);
-  const HeapAptr<IkRetrieverBooleanMask> masks(made);
+  const HeapArray<IkRetrieverBooleanMask> masks(made);
   for (int i = 0; i < numMasks; ++i) {
     IkRetrieverBooleanMask rows;
     int bit = 0;
@@ -151,6 +155,8 @@ void IkLocalRetriever::bindMasks(IkRetrieverInput& input) {
       if (term.row >= 0) {
         rows.require_ |= (masks[i].require_ >> bit & 1) << term.row;
         rows.disallow_ |= (masks[i].disallow_ >> bit & 1) << term.row;
+      } else if (term.slot >= 0 && (masks[i].require_ >> bit & 1) != 0) {
+        rows.require_ |= kNoRow;
       }
       ++bit;
     }

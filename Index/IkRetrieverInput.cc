@@ -45,7 +45,7 @@ void IkRetrieverInput::add(IkRetrieverInput& other) {
   const int count = other.numterms_;
   for (int i = 0; i < count; ++i) {
     const TermData* const term = other.term(i);
-    if (term->virt == 0 && term->word.valid()) add(term->word.word(), term->weight);
+    if (term->word.valid()) add(term->word.word(), term->weight);
   }
 }
 

@@ -17,9 +17,15 @@ int PrNotCreator::CreateArg(PrArgStruct* result, int numArgs, PrArgStruct* args,
   }
   if (arguments.numStrings() > 0) err->warn("Superfluous string arguments ignored");
   if (arguments.numNodes() > 1) err->warn("Superfluous nodes ignored");
-  PrThreshhold* node = PrManager::Threshhold(
-      arguments.float_arg("hi", 0.0f), arguments.float_arg("lo", 0.1f),
-      arguments.float_arg("t", 0.0f), arguments.int_arg("docs", def_numDocuments_));
+  int documents = arguments.int_arg("docs", def_numDocuments_);
+  // A query must not take the end away: a node below may have none, and would be
+  // walked through all numbers.
+  if (def_numDocuments_ > 0 && (documents <= 0 || documents > def_numDocuments_)) {
+    documents = def_numDocuments_;
+  }
+  PrThreshhold* node =
+      PrManager::Threshhold(arguments.float_arg("hi", 0.0f), arguments.float_arg("lo", 0.1f),
+                            arguments.float_arg("t", 0.0f), documents);
   node->child(arguments.takeNode(0));
   result->setNode(node);
   return 1;
@@ -39,7 +45,7 @@ int PrAugmentCreator::CreateArg(PrArgStruct* result, int numArgs, PrArgStruct* a
     err->fail("Only one node allowed with -all option");
     return 0;
   }
-  if (arguments.numStrings() > 0) err->warn("Ignoring extra word arguments");
+  if (arguments.numWords() > 0) err->warn("Ignoring extra word arguments");
   if (arguments.numStreams() > 0) err->warn("Ignoring extra stream arguments");
   const float scale = arguments.float_arg("s", def_scale_);
   const bool useMatchWeights = arguments.int_arg("um", def_useMatchWeights_) != 0;

@@ -333,21 +333,13 @@ void dump(const CommandLine& options) {
 
 int run(int argc, char** argv) {
   static FailureReport report("vandrelleDump");
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
+  return runReported(report, [&] {
     CommandLine options;
     options.arg_double("root", "-R", nullptr);
     options.parse(argc, argv);
-    VandrelleLog::Logger(&report);
     if (!options.exist_arg("root")) THROW(Dump, kUsage);
     dump(options);
-    std::cout.flush();
-    return report.failures() == 0 && std::cout ? 0 : 1;
-  }
-  environment.restore_env();
-  std::cout.flush();
-  report.report(ExceptionManager::instance()->pop()->message());
-  return 1;
+  });
 }
 
 }  // namespace

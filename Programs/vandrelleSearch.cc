@@ -46,6 +46,7 @@
 #include "Token.h"
 #include "Tool/CommandLine.h"
 #include "Tool/PrintableText.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 namespace {
@@ -274,17 +275,12 @@ void Session::summarize() {
 int run(int argc, char** argv) {
   Options options;
   if (!readOptions(argc, argv, &options)) return 2;
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    VandrelleLog::Logger(&report);
+  return runReported(report, [&] {
+    if (!SysTools::fileExists((options.root + ".info").c_str())) {
+      THROW(Search, "there is no index " << options.root);
+    }
     Session(options).run();
-    std::cout.flush();
-    return report.failures() == 0 && std::cout ? 0 : 1;
-  }
-  environment.restore_env();
-  std::cout.flush();
-  report.report(ExceptionManager::instance()->pop()->message());
-  return 1;
+  });
 }
 
 }  // namespace

@@ -21,10 +21,6 @@
 namespace vandrelle {
 namespace {
 
-// Up to this size the index is scored as one range, so that the number of matches
-// is counted and not estimated. The buckets then take 24 MB at most.
-constexpr int kMostDocumentsInOneRange = 1'000'000;
-
 std::vector<QlHit> bestOf(PrSparseReadonly& list) {
   list.sortByScore();
   std::vector<QlHit> hits;
@@ -40,14 +36,13 @@ QlSearcher::QlSearcher(const char* root, TkStemmer* stemmer, DcDocumentManager* 
     : binder_(std::make_unique<IkLocalIndexBinder>(root, documents)),
       documents_(documents),
       stemmer_(stemmer) {
+  binder_->transposeCacheSize(0);
   const IkIndexInfo& info = *binder_->info();
   if (info.numTerms > 0) {
     // Mapped: a query reads a few rows, from anywhere.
     binder_->keyfile(1);
     binder_->indexData(0, 1);
     binder_->localRetriever()->similarityScaling(2);
-    binder_->localRetriever()->scoreBucketsLength(
-        std::min<int>(info.totalNumChunks, kMostDocumentsInOneRange));
   }
   fields_ = std::make_unique<DcFieldsBinder>(root);
   words_ = std::make_unique<QlWordSearch>(binder_.get(), stemmer, fields_.get());

@@ -19,6 +19,9 @@
 namespace vandrelle {
 namespace {
 
+// A share of a row that no row reaches, so that the retriever doesn't stop early.
+constexpr float kWholeRows = 10.0f;
+
 // A stemmer drops these by rule and not because they say nothing.
 bool isNumberOrLetter(const WmWord& word) {
   if (word.num_letters() == 1) return true;
@@ -64,6 +67,7 @@ QlWordSearch::QlWordSearch(IkLocalIndexBinder* binder, TkStemmer* stemmer, DcFie
     : binder_(binder),
       stemmer_(stemmer),
       unstemmer_(binder->hasStemTable() ? binder->unstemmer() : nullptr),
+      input_(std::make_unique<IkRetrieverInput>()),
       titles_(std::make_unique<QlTitles>(fields)) {}
 
 QlWordSearch::~QlWordSearch() = default;
@@ -72,20 +76,20 @@ int QlWordSearch::numDocuments() const { return binder_->info()->totalNumChunks;
 
 std::unique_ptr<PrSparseReadonly> QlWordSearch::retrieve(const QlWords& words, int count,
                                                          int* matches) {
-  IkRetrieverInput input;
-  fill(words, input);
+  fill(words);
   IkLocalRetriever* const retriever = binder_->localRetriever();
-  // An earlier query may have left a bound.
+  // An earlier query may have left a bound, and rows are to be read to their ends.
   retriever->maxDocs(0);
+  retriever->rowFraction(kWholeRows);
   // All of them: what the titles choose from, and no bound to what is counted.
   const std::unique_ptr<PrSparseReadonly> found(
-      static_cast<PrSparseReadonly*>(retriever->retrieve(&input, numDocuments())));
-  if (matches != nullptr) *matches = input.matches();
-  return best(*found, count);
+      static_cast<PrSparseReadonly*>(retriever->retrieve(input_.get(), numDocuments())));
+  return best(*found, count, matches);
 }
 
 // The `count` best, after the best by text had their titles looked at.
-std::unique_ptr<PrSparseReadonly> QlWordSearch::best(const PrSparseReadonly& found, int count) {
+std::unique_ptr<PrSparseReadonly> QlWordSearch::best(const PrSparseReadonly& found, int count,
+                                                     int* matches) {
   std::vector<PrTuple> ranked;
   for (int i = 0; i < found.numTuples(); ++i) {
     if (found.docScore(i) > 0) ranked.push_back({found.docNum(i), found.docScore(i)});
@@ -94,6 +98,8 @@ std::unique_ptr<PrSparseReadonly> QlWordSearch::best(const PrSparseReadonly& fou
     return a.score != b.score ? a.score > b.score : a.doc < b.doc;
   };
   const auto size = static_cast<int>(ranked.size());
+  // Counted here: the retriever may have estimated.
+  if (matches != nullptr) *matches = size;
   const auto sortBest = [&](int wanted) {
     std::partial_sort(ranked.begin(), ranked.begin() + std::min(wanted, size), ranked.end(),
                       higher);
@@ -117,7 +123,9 @@ std::unique_ptr<PrSparseReadonly> QlWordSearch::best(const PrSparseReadonly& fou
   return result;
 }
 
-void QlWordSearch::fill(const QlWords& words, IkRetrieverInput& input) {
+void QlWordSearch::fill(const QlWords& words) {
+  IkRetrieverInput& input = *input_;
+  input.removeAll();
   const bool onlyStopWords = std::all_of(words.asked_.begin(), words.asked_.end(),
                                          [](const auto& asked) { return asked.stopped; });
   titles_->forget();

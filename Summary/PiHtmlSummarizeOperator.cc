@@ -28,6 +28,7 @@ HeapAptr<char> plainText(DcAsciiDocument* doc) {
   const DcHeaderDocument* page = DESCRIPTOR_CAST(DcHeaderDocument, doc);
   int begin = page == nullptr ? 0 : std::max(page->HeadSize(), 0);
   if (begin >= size) begin = 0;
+  if (size == 0) return HeapAptr<char>(copyText(""));
   const auto text = std::make_unique<char[]>(static_cast<std::size_t>(size - begin) + 1);
   if (doc->characters(begin, size - begin, text.get()) == nullptr) return nullptr;
   return PiHtmlSummarizeOperator::Html2Ascii(text.get(), size - begin);

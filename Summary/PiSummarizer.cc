@@ -86,6 +86,11 @@ void logCause(const std::string& cause) {
 std::string claimRoot(const char* root, int sentences) {
   if (sentences > kMostSentences) return "There are too many sentences";
   if (*root == '\0') return "There is no name for the index of sentences";
+  for (const char* suffix : {".lst", ".idx", ".norm", ".ver", ".unstem"}) {
+    if (SysTools::fileExists((std::string(root) + suffix).c_str())) {
+      return std::string("There is an index of documents at '") + root + "'";
+    }
+  }
   PiSummarizer::removeSummaryFiles(root);
   const std::string first = std::string(root) + ".tmp000";
   const int fd = ::open(first.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
@@ -221,6 +226,7 @@ int PiSummarizer::getSentenceIds(DcSentenceManager* sntmgr, const char* sntroot,
     return 0;
   }
   const int taken = takeSentences(candidates.get(), sntmgr, sntarray, maxsents, clean);
+  if (taken == 0) report("no sentence is near to the others");
   std::sort(sntarray, sntarray + taken, numcmp);
   return taken;
 }
@@ -232,7 +238,8 @@ IkIndexBinder* PiSummarizer::makeSummaryBinder(DcSentenceManager* sntmgr, const 
   std::unique_ptr<IkLocalIndexBinder> binder;
   std::string cause = throws < kMostThrows ? claimRoot(sntroot, sntmgr->numDocuments())
                                            : "Too many indexes of sentences have failed";
-  if (cause.empty()) {
+  const bool claimed = cause.empty();
+  if (claimed) {
     // The log isn't to hear of every sentence.
     VandrelleLog* const log = VandrelleLog::Logger();
     VandrelleLog::Logger(nullptr);
@@ -254,7 +261,7 @@ IkIndexBinder* PiSummarizer::makeSummaryBinder(DcSentenceManager* sntmgr, const 
     }
   }
   if (binder != nullptr) return binder.release();
-  removeSummaryFiles(sntroot);
+  if (claimed) removeSummaryFiles(sntroot);
   report("index of sentences couldn't be built");
   logCause(cause);
   return nullptr;

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the release preset, indexes the web site in
-# examples/site and a feed of examples/feeds, and shows what came out. The indexes
-# lie in out/demo/ afterwards, for further looking with
-# build/release/bin/vandrelleDump.
+# examples/site and a feed of examples/feeds, shows what came out and asks the
+# indexes. They lie in out/demo/ afterwards, for further looking with
+# build/release/bin/vandrelleDump and vandrelleSearch.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -39,10 +39,18 @@ for document in 0 7 21; do dump doc "$document"; done
 dump digest 7
 dump stem clock
 
+search() {
+  say "vandrelleSearch -R $root${*:+ $*}"
+  "$programs/vandrelleSearch" -R "$root" -stem build/release/table/stem.tbl \
+    -stop build/release/table/stop "$@"
+}
+search -n 3 repairing clocks
+search -n 3 '(and (find bridges over the river) (not (find iron)))'
+
 say "Indexing a feed: MEDLINE records, one of them without an abstract"
-tables=(-stem build/release/table/stem.tbl -stop build/release/table/stop)
-feed=(-R out/demo/records -type 7 -fsum "${tables[@]}" examples/feeds/07-medline.txt)
+feed=(-R out/demo/records -type 7 -fsum -stem build/release/table/stem.tbl
+  -stop build/release/table/stop examples/feeds/07-medline.txt)
 echo "$programs/vandrelleFeed ${feed[*]}"
 "$programs/vandrelleFeed" "${feed[@]}"
-echo "$programs/vandrelleSearch -R out/demo/records homesick keepers"
-"$programs/vandrelleSearch" -R out/demo/records "${tables[@]}" homesick keepers
+root=out/demo/records
+search homesick keepers

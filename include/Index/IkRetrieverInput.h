@@ -53,7 +53,8 @@ class IkRetrieverInput {
 
   // Adds to the weight of a word's term.
   void add(const WmWord* word, float weight) { term(word)->weight += weight; }
-  // The words of another input with their weights, in the order of their numbers.
+  // The words of another input with their weights, in the order of their numbers;
+  // the members of its virtual terms become words like others.
   void add(IkRetrieverInput& other);
   // Keys are words, data their weights as floats; 1 where there are none.
   void add(FdStream* words);

@@ -1,8 +1,10 @@
 // Numbers in the arguments of a query, read as atoi and atof do: blanks in front
 // are passed over, what stands behind is not looked at. A number that is too
-// large gives the nearest one that there is.
+// large gives the nearest whole one that there is; a fraction that is not finite is
+// no number.
 #pragma once
 
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -25,7 +27,7 @@ inline bool read(const char* text, int* number, const char** end) {
 inline bool read(const char* text, float* number) {
   char* behind = nullptr;
   const float value = std::strtof(text, &behind);
-  if (behind == text) return false;
+  if (behind == text || !std::isfinite(value)) return false;
   *number = value;
   return true;
 }

@@ -90,14 +90,15 @@ class QlWordSearch {
   int numDocuments() const;
 
  private:
-  void fill(const QlWords& words, IkRetrieverInput& input);
+  void fill(const QlWords& words);
   std::vector<WmMagicWord> members(const QlWords::Asked& asked) const;
   float idf(const std::vector<WmMagicWord>& dimension) const;
-  std::unique_ptr<PrSparseReadonly> best(const PrSparseReadonly& found, int count);
+  std::unique_ptr<PrSparseReadonly> best(const PrSparseReadonly& found, int count, int* matches);
 
   IkLocalIndexBinder* binder_;
   TkStemmer* stemmer_;
-  IkUnstemmer* unstemmer_;  // null for an index without an unstemming table
+  IkUnstemmer* unstemmer_;                   // null for an index without an unstemming table
+  std::unique_ptr<IkRetrieverInput> input_;  // of the query in hand, or the last one
   std::unique_ptr<QlTitles> titles_;
   float titleWeight_ = kTitleWeight;
   std::set<WmMagicWord> stems_;

@@ -19,5 +19,8 @@ inline char* copyText(const char* text) {
 
 template <typename T>
 using HeapAptr = std::unique_ptr<T[]>;
+// The same for arrays that are no text.
+template <typename T>
+using HeapArray = std::unique_ptr<T[]>;
 
 }  // namespace vandrelle

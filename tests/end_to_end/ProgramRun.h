@@ -50,11 +50,13 @@ struct ProgramRun {
   std::string errors;
 };
 
-// Runs `program` of the build with no standard input, at most 30 seconds, with
-// its two streams caught in `scratch` and VANDRELLE_CONFIG set to `configuration`.
+// Runs `program` of the build with the file `input` as standard input, at most 30
+// seconds, with its two streams caught in `scratch` and VANDRELLE_CONFIG set to
+// `configuration`.
 inline ProgramRun run(const TemporaryFolder& scratch, const std::string& program,
                       const std::vector<std::string>& arguments,
-                      const std::string& configuration = "/nonexistent") {
+                      const std::string& configuration = "/nonexistent",
+                      const std::string& input = "/dev/null") {
   const std::string path = VANDRELLE_BIN_DIR "/" + program;
   const std::string output = scratch / "stdout";
   const std::string errors = scratch / "stderr";
@@ -66,7 +68,7 @@ inline ProgramRun run(const TemporaryFolder& scratch, const std::string& program
     setenv("UBSAN_OPTIONS", "exitcode=99", 1);
     setenv("VANDRELLE_CONFIG", configuration.c_str(), 1);
     alarm(30);
-    if (std::freopen("/dev/null", "r", stdin) == nullptr ||
+    if (std::freopen(input.c_str(), "r", stdin) == nullptr ||
         std::freopen(output.c_str(), "w", stdout) == nullptr ||
         std::freopen(errors.c_str(), "w", stderr) == nullptr) {
       _exit(127);

@@ -1,0 +1,216 @@
+// vandrelleSearch on an index of the site in examples/: the answers that its
+// documentation promises, the forms of an answer, and what hostile queries and
+// damaged files end in.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <sstream>
+
+#include "end_to_end/ProgramRun.h"
+
+namespace vandrelle::test {
+namespace {
+
+const std::string kTables = VANDRELLE_BIN_DIR "/../table/";
+
+std::vector<std::string> split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::istringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
+
+class SearchTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    folder_ = new TemporaryFolder;
+    const ProgramRun built =
+        run(*folder_, "vandrelleIndex",
+            {"-R", root(), "-html", "-fsum", "-stem", kTables + "stem.tbl", "-stop",
+             kTables + "stop", VANDRELLE_SOURCE_DIR "/examples/site"});
+    ASSERT_EQ(built.output, "");
+  }
+  static void TearDownTestSuite() {
+    delete folder_;
+    folder_ = nullptr;
+  }
+
+  static std::string root() { return *folder_ / "index"; }
+
+  static ProgramRun search(std::vector<std::string> arguments, const std::string& input = "") {
+    write(*folder_ / "queries", input);
+    const std::vector<std::string> options = {
+        "-R", root(), "-stem", kTables + "stem.tbl", "-stop", kTables + "stop"};
+    arguments.insert(arguments.begin(), options.begin(), options.end());
+    return run(*folder_, "vandrelleSearch", arguments, "/nonexistent", *folder_ / "queries");
+  }
+
+  // The fields of each line of an answer with -plain.
+  static std::vector<std::vector<std::string>> plain(std::vector<std::string> arguments) {
+    arguments.push_back("-plain");
+    const ProgramRun result = search(std::move(arguments));
+    EXPECT_EQ(result.status, 0) << result.errors;
+    std::vector<std::vector<std::string>> rows;
+    for (const std::string& line : split(result.output, '\n')) rows.push_back(split(line, '\t'));
+    return rows;
+  }
+
+  static TemporaryFolder* folder_;
+};
+
+TemporaryFolder* SearchTest::folder_ = nullptr;
+
+TEST_F(SearchTest, DocumentedExamplesFindTheirPages) {
+  const std::string page = contentsOf(VANDRELLE_SOURCE_DIR "/docs/query-language.md");
+  std::string queries;
+  std::vector<std::string> titles;
+  for (const std::string& line : split(page, '\n')) {
+    static const std::regex kExample(R"((\S.*?) +=> (.*))");
+    std::smatch example;
+    if (!std::regex_match(line, example, kExample)) continue;
+    queries += example.str(1) + "\n";
+    titles.push_back(example.str(2));
+  }
+  ASSERT_GT(titles.size(), 10u);
+  const ProgramRun result = search({"-i", "-plain", "-n", "1"}, queries);
+  EXPECT_EQ(result.errors, "");
+  const std::vector<std::string> lines = split(result.output, '\n');
+  ASSERT_EQ(lines.size(), 2 * titles.size());
+  for (std::size_t i = 0; i < titles.size(); ++i) {
+    EXPECT_EQ(split(lines[2 * i], '\t').back(), titles[i]) << split(queries, '\n')[i];
+    EXPECT_EQ(lines[2 * i + 1], "");
+  }
+}
+
+TEST_F(SearchTest, FormsOfAnAnswerAgree) {
+  const auto rows = plain({"-n", "4", "clocks", "and", "tides"});
+  ASSERT_EQ(rows.size(), 4u);
+  const ProgramRun json = search({"-json", "-n", "4", "clocks", "tides"});
+  const std::vector<std::string> objects = split(json.output, '\n');
+  const ProgramRun blocks = search({"-n", "4", "clocks", "tides"});
+  float score = 1e9f;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    ASSERT_EQ(rows[i].size(), 5u);
+    const nlohmann::json object = nlohmann::json::parse(objects.at(i));
+    EXPECT_EQ(rows[i][0], std::to_string(i + 1));
+    EXPECT_EQ(rows[i][1], std::to_string(object["document"].get<int>()));
+    EXPECT_NEAR(std::stof(rows[i][2]), object["score"].get<float>(), 1e-6f);
+    EXPECT_EQ(rows[i][3], object["address"]);
+    EXPECT_EQ(rows[i][4], object["title"]);
+    EXPECT_NE(blocks.output.find(rows[i][4] + "\n     " + rows[i][3]), std::string::npos);
+    EXPECT_NE(object["summary"], "");
+    EXPECT_LE(std::stof(rows[i][2]), score);
+    score = std::stof(rows[i][2]);
+  }
+  EXPECT_TRUE(
+      std::regex_search(blocks.output, std::regex("\n\\d+ documents match, [0-9.]+ ms\n$")));
+}
+
+TEST_F(SearchTest, ByExample) {
+  const std::string document = plain({"-n", "1", "stone", "bridge"}).at(0).at(1);
+  const auto similar = plain({"-similar", document, "-n", "5"});
+  ASSERT_GE(similar.size(), 2u);
+  for (const auto& row : similar) EXPECT_NE(row[1], document);
+  EXPECT_NE(similar[0][4].find("bridge"), std::string::npos) << similar[0][4];
+
+  const auto words = plain({"-words", document, "-n", "30"});
+  EXPECT_TRUE(
+      std::any_of(words.begin(), words.end(), [](const auto& w) { return w[1] == "arches"; }));
+
+  const ProgramRun summary = search({"-sum", document, "-nss", "2"});
+  EXPECT_EQ(summary.status, 0) << summary.errors;
+  EXPECT_EQ(split(summary.output, '\n').size(), 2u);
+
+  int central = 0;
+  for (const std::string& line : split(search({"-gather", "3", "-json", "water"}).output, '\n')) {
+    const nlohmann::json group = nlohmann::json::parse(line);
+    EXPECT_FALSE(group["words"].empty());
+    central += static_cast<int>(group["central"].size());
+  }
+  EXPECT_GT(central, 3);
+}
+
+TEST_F(SearchTest, HostileQueriesGetALineAndAnEmptyAnswer) {
+  std::string words, deep(10000, '(');
+  for (int i = 0; i < 1200; ++i) words += "w" + std::to_string(i) + " ";
+  const std::vector<std::string> queries = {"",
+                                            "   ",
+                                            "(",
+                                            "()",
+                                            "(find)",
+                                            "(nothing here)",
+                                            "(find \"open",
+                                            words,
+                                            deep,
+                                            "(find " + words + ")",
+                                            std::string(10 << 20, '('),
+                                            "(find x) (find y)",
+                                            std::string("zero\0byte", 9),
+                                            "(find n=0 x)",
+                                            "(words bridge)"};
+  for (const std::string& query : queries) {
+    const ProgramRun result = search({"-i", "-plain"}, query + "\nsundial\n");
+    const std::string what = query.substr(0, 40);
+    EXPECT_EQ(result.status, 0) << what << result.errors.substr(0, 300);
+    EXPECT_FALSE(result.errors.empty()) << what;
+    EXPECT_EQ(result.output.substr(0, 1), "\n") << what;
+    EXPECT_NE(result.output.find("The sundial in the yard"), std::string::npos) << what;
+  }
+}
+
+TEST_F(SearchTest, WrongUse) {
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+    const char* told;
+  } kCases[] = {
+      {{"-R", "/nonexistent/root", "bridge"}, 1, "/nonexistent/root"},
+      {{"-stem", "/nonexistent/stem.tbl", "bridge"}, 1, "/nonexistent/stem.tbl"},
+      {{}, 1, "the query is empty"},
+      {{"...", "!"}, 1, "the query is empty"},
+      {{"(and"}, 1, "This node requires at least two sub-nodes"},
+      {{"-fast", "bridge"}, 2, "there is no option '-fast'"},
+      {{"-n", "0", "bridge"}, 2, "-n takes a number from 1 on, not '0'"},
+      {{"bridge", "-n"}, 2, "-n needs a value"},
+      {{"-plain", "-json", "bridge"}, 2, "usage:"},
+      {{"-i", "bridge"}, 2, "usage:"},
+      {{"-similar", "44444"}, 1, "no digest of document 44444"},
+      {{"-words", "44444"}, 1, "no digest of document 44444"},
+      {{"-sum", "44444"}, 1, "Couldn't get document"},
+  };
+  for (const auto& c : kCases) {
+    const ProgramRun result = search(c.arguments);
+    EXPECT_EQ(result.status, c.status) << c.told;
+    EXPECT_NE(result.errors.find(c.told), std::string::npos) << result.errors;
+    EXPECT_EQ(result.output, "") << c.told;
+  }
+}
+
+// A file of the index is cut off, or has a byte changed: an answer or a line.
+TEST_F(SearchTest, DamagedFiles) {
+  for (const char* suffix : {".info", ".key", ".ptr", ".dat", ".norm", ".trp", ".unstem", ".fidx",
+                             ".fdat", ".fnam", ".idx", ".lst", ".lpt"}) {
+    const std::string sound = contentsOf(root() + suffix);
+    for (std::size_t i = 0; i < 8; ++i) {
+      std::string damaged = sound.substr(0, i * sound.size() / 4);
+      if (i >= 4) {
+        damaged = sound;
+        const std::size_t step = std::max<std::size_t>(sound.size() / 40, 1);
+        for (std::size_t at = i; at < damaged.size(); at += step)
+          damaged[at] ^= static_cast<char>(i);
+      }
+      write(root() + suffix, damaged);
+      const ProgramRun result =
+          search({"-i", "-gather", "2"}, "stone bridges\n(and (find clock) (find water))\n");
+      EXPECT_TRUE(result.status == 0 || (result.status == 1 && !result.errors.empty()))
+          << suffix << " " << i << ": " << result.status << " " << result.signal << result.errors;
+    }
+    write(root() + suffix, sound);
+  }
+}
+
+}  // namespace
+}  // namespace vandrelle::test

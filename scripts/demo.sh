@@ -20,9 +20,13 @@ options=(-html -fsum -stem build/release/table/stem.tbl -stop build/release/tabl
 say "Indexing examples/site"
 echo "$programs/vandrelleIndex -R $root ${options[*]} examples/site"
 # A failed run says so on its standard output and still ends with status 0.
-said=$("$programs/vandrelleIndex" -R "$root" "${options[@]}" examples/site)
-[[ -z $said ]] || printf '%s\n' "$said"
-[[ $said != *VANDRELLEERROR* ]] || fail "indexing examples/site failed"
+index() {
+  local said
+  said=$("$programs/vandrelleIndex" -R "$1" "${options[@]}" "${@:2}")
+  [[ -z $said ]] || printf '%s\n' "$said"
+  [[ $said != *VANDRELLEERROR* ]] || fail "indexing ${*:2} failed"
+}
+index "$root" examples/site
 grep -q '^Indexing Completed' "$root.log" || fail "$root.log does not end as a finished run does"
 
 say "The closing lines of $root.log"
@@ -54,3 +58,10 @@ echo "$programs/vandrelleFeed ${feed[*]}"
 "$programs/vandrelleFeed" "${feed[@]}"
 root=out/demo/records
 search homesick keepers
+
+say "Merging the indexes of two folders"
+index out/demo/garden examples/site/garden
+index out/demo/library examples/site/library
+root=out/demo/both
+"$programs/vandrelleMerge" -R "$root" "${options[@]:2}" out/demo/garden out/demo/library
+search -n 3 books about old pears

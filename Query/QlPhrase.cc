@@ -59,6 +59,10 @@ void keepStarts(std::vector<uint32>& starts, std::size_t from, const std::vector
 
 }  // namespace
 
+QlPhrase::QlPhrase(IkLocalIndexBinder* binder) : binder_(binder) {}
+
+QlPhrase::~QlPhrase() = default;
+
 bool QlPhrase::matches(const WmWord& word) const {
   return std::any_of(words_.begin(), words_.end(),
                      [&](const WmMagicWord& known) { return known == word; });
@@ -190,13 +194,13 @@ std::vector<PrTuple> QlPhrase::ranked(const std::vector<WmMagicWord>& words,
   for (std::size_t i = 0; i < found.size(); ++i) tuples[i] = {found[i], 1.0f};
   found_ = std::make_unique<PrSparseReadonly>(static_cast<int>(found.size()), std::move(tuples));
 
-  IkRetrieverInput input;
-  for (const WmMagicWord& word : words) input.add(word.word(), 1.0f);
+  input_ = std::make_unique<IkRetrieverInput>();
+  for (const WmMagicWord& word : words) input_->add(word.word(), 1.0f);
   IkLocalRetriever* const retriever = binder_->localRetriever();
   retriever->maxDocs(0);  // an earlier query may have left a bound
   retriever->constraint(found_.get());
   const std::unique_ptr<PrSparseReadonly> scored(
-      static_cast<PrSparseReadonly*>(retriever->retrieve(&input, static_cast<int>(count))));
+      static_cast<PrSparseReadonly*>(retriever->retrieve(input_.get(), static_cast<int>(count))));
   retriever->constraint(nullptr);
 
   scored->sortByScore();

@@ -16,11 +16,13 @@
 namespace vandrelle {
 
 class IkLocalIndexBinder;
+class IkRetrieverInput;
 
 class QlPhrase {
  public:
   // Not owned. The index must have positions.
-  explicit QlPhrase(IkLocalIndexBinder* binder) : binder_(binder) {}
+  explicit QlPhrase(IkLocalIndexBinder* binder);
+  ~QlPhrase();
 
   // The `count` best documents with the phrase, by falling score, which is that of the
   // retriever for the words of the phrase, each as often as it stands there; titles
@@ -48,7 +50,9 @@ class QlPhrase {
 
   IkLocalIndexBinder* binder_;
   std::vector<WmMagicWord> words_;
-  std::unique_ptr<PrSparseReadonly> found_;  // what bounds the retriever
+  // Of the retrieval in hand, or the last one.
+  std::unique_ptr<PrSparseReadonly> found_;
+  std::unique_ptr<IkRetrieverInput> input_;
 };
 
 }  // namespace vandrelle

@@ -159,9 +159,6 @@ void IndexBuild::testDisk(long corpusSize) {
 // readable goes first.
 void IndexBuild::compileWords(int docs) {
   SysTools::removeFile(rootname_.suffix(".info"));
-  for (const char* positions : {".prx", ".prx.map"}) {
-    SysTools::removeFile(rootname_.suffix(positions));
-  }
   indexer_->create_stage12(0, 0);
   if (!SysTools::fileExists(rootname_.suffix(".info"))) {
     THROW(Fatal, "No words found in any of " << docs << " documents - no index built.");

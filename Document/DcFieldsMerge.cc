@@ -18,15 +18,27 @@
 #include "Index/IkMergeDeleter.h"
 #include "Tool/HeapText.h"
 #include "Tool/NameManager.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 
 namespace {
 
-constexpr const char* kSlowSuffixes[] = {".fld.ptr", ".fld.lst", ".fld.val", ".fld.nam"};
+constexpr const char* kValueSuffix = ".fld.val";
+constexpr const char* kSlowSuffixes[] = {".fld.ptr", ".fld.lst", kValueSuffix, ".fld.nam"};
 constexpr int kUnlinkTries = 20;
 constexpr int kReadWriteAtEnd = 11;
 constexpr int kReadExisting = 1 | 4;
+
+// Values may have outgrown one file on either side.
+bool copyStorage(const char* from, const char* to) {
+  if (!SysTools::fileExists(from)) return false;
+  StStorageStream in(from, kReadExisting);
+  StStorageStream out(to, StStorageStream::kWrite);
+  char bytes[StStorageStream::kBufferBytes];
+  while (const unsigned length = in.read(bytes, sizeof bytes)) out.write(bytes, length);
+  return true;
+}
 
 bool copyFile(const char* from, const char* to) {
   std::ifstream in(from, std::ios::binary);
@@ -84,7 +96,8 @@ bool DcFieldsCreator::copy(const char* src_root, const char* dst_root) {
   const NameManager source(src_root, 20);
   const NameManager target(dst_root, 20);
   for (const char* suffix : kSlowSuffixes) {
-    if (!copyFile(source.suffix(suffix), target.suffix(suffix))) return false;
+    const auto copyOne = suffix == kValueSuffix ? copyStorage : copyFile;
+    if (!copyOne(source.suffix(suffix), target.suffix(suffix))) return false;
   }
   return true;
 }
@@ -126,13 +139,16 @@ bool DcFieldsCreator::merge(const char* src_root, const char* dst_root, DcFieldB
 
 bool DcFieldsCreator::mergeFastFields(const char* src_root, const char* dst_root,
                                       IkMergeDeleter* deleter) {
+  if (src_root == nullptr || dst_root == nullptr || std::string(src_root) == dst_root) return false;
   const NameManager source(src_root, 20);
   const NameManager target(dst_root, 20);
+  if (!SysTools::fileExists(source.suffix(".fdat"))) return false;
+  DcFieldsBinder binder(src_root);
+  if (!binder.valid() || !binder.gotoDoc(0)) return false;
   std::ofstream index(target.suffix(".fidx"), std::ios::binary | std::ios::app);
   StStorageStream values(target.suffix(".fdat"), kReadWriteAtEnd);
   StStorageStream from(source.suffix(".fdat"), kReadExisting);
-  DcFieldsBinder binder(src_root);
-  if (!index || !binder.valid() || !binder.gotoDoc(0)) return false;
+  if (!index) return false;
   int fields = 0;
   for (DcFieldInfo field; binder.getField(field);) ++fields;
 

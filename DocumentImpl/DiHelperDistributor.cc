@@ -1,15 +1,19 @@
 #include "DocumentImpl/DiHelperDistributor.h"
 
 #include "DocumentImpl/DiBasicFileHandler.h"
+#include "DocumentImpl/DiClariSeparator.h"
+#include "DocumentImpl/DiDelimSeparator.h"
 #include "DocumentImpl/DiEMSHeaderParser.h"
 #include "DocumentImpl/DiHtmlHeaderParser.h"
 #include "DocumentImpl/DiMedLineHeaderParser.h"
+#include "DocumentImpl/DiMediorSeparator.h"
 #include "DocumentImpl/DiNntpHeaderParser.h"
 #include "DocumentImpl/DiRenameFileHandler.h"
 #include "DocumentImpl/DiRunTimeHeaderParser.h"
-#include "DocumentImpl/DiSeparator.h"
 #include "DocumentImpl/DiTimesHeaderParser.h"
+#include "DocumentImpl/DiTimesSeparator.h"
 #include "DocumentImpl/DiWebCrawlerHeaderParser.h"
+#include "DocumentImpl/DiZipFileHandler.h"
 #include "Token.h"
 #include "Token/TkLexer.h"
 #include "Token/TkTimesLexer.h"
@@ -155,9 +159,26 @@ DiHeaderParser* DiHelperDistributor::makeHeaderParser(int number, int type) {
   }
 }
 
-// A type whose number has no separator here yields no articles.
-DiSeparator* DiHelperDistributor::makeSeparator(int number, int /*type*/) {
+DiSeparator* DiHelperDistributor::makeSeparator(int number, int type) {
   switch (number) {
+    case 1:
+      return new DiNntpSeparator;
+    case 2:
+      return new DiMediorSeparator(lexer(type), root_);
+    case 3:
+      return new DiMedLineSeparator;
+    case 4:
+      return new DiClariSeparator;
+    case 5:
+      return new DiDelimSeparator("NewURL---");
+    case 7:
+      return new DiDelimSeparator("<DOC>");
+    case 8:
+      return new DiEISeparator;
+    case 9:
+      return new DiTimesSeparator;
+    case 10:
+      return new DiRunTimeSeparator(root_);
     default:
       return nullptr;
   }
@@ -165,6 +186,8 @@ DiSeparator* DiHelperDistributor::makeSeparator(int number, int /*type*/) {
 
 DiFileHandler* DiHelperDistributor::makeFileHandler(int number) {
   switch (number) {
+    case 1:
+      return new DiZipFileHandler;
     case 2:
       return new DiRenameFileHandler(kIndexedSuffix);
     default:

@@ -76,6 +76,31 @@ void addFromList(DcMetaIndexCreator* imgr, std::ifstream& list) {
   }
 }
 
+// The names in the list `path`, a `kind` of list; none when it is null.
+void addFromList(DcMetaIndexCreator* imgr, const char* path, const char* kind) {
+  if (path == nullptr) return;
+  std::ifstream list;
+  if (!openInputFile(path, list)) THROW(Fatal, "Coudn't open " << kind << " '" << path << "'.");
+  addFromList(imgr, list);
+}
+
+// A stage of its own: nothing is told as progress, and no field of a former run is
+// to stand in the way.
+void beginDocumentIndex(NameManager* rootName, VandrelleLogIostream* logger) {
+  removeFieldFiles(rootName);
+  LOG(2, 1, "Building document index...");
+  LOG(1, 1, "Building document index...");
+  logger->stream(1, nullptr);
+  VandrelleLog::Logger(logger);
+}
+
+void specifyFields(DcMetaIndexCreator* imgr, DcFieldBag* fields) {
+  for (const char* field : {"title", "summary", "url"}) fields->Add(field, 0);
+  imgr->specifyFields(fields);
+}
+
+bool isCrawlerType(int type) { return type == 10 || type == 14; }
+
 }  // namespace
 
 DcFieldParser* FIELD_PARSER() {
@@ -122,11 +147,7 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
           "You must designate files to be indexed using -flist, -ulist, or provide them on the "
           "command line.");
   }
-  removeFieldFiles(rootName);
-  LOG(2, 1, "Building document index...");
-  LOG(1, 1, "Building document index...");
-  logger->stream(1, nullptr);
-  VandrelleLog::Logger(logger);
+  beginDocumentIndex(rootName, logger);
 
   // Destroyed from the last to the first: the creator uses all the others.
   std::unique_ptr<VymFileToURLMapper> mapper;
@@ -135,26 +156,15 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
   std::unique_ptr<DcFieldFinder> ff;
   std::unique_ptr<DcMetaIndexCreator> imgr(
       INDEX_CREATOR(rootName->suffix(nullptr), mode_mask, exclude, types));
-  for (const char* field : {"title", "summary", "url"}) fields.Add(field, 0);
-  imgr->specifyFields(&fields);
+  specifyFields(imgr.get(), &fields);
   if (mapfile != nullptr) mapper = std::make_unique<VymFileToURLMapper>(mapfile);
   ff.reset(FIELD_FINDER(summaryMode, numSumSent, summaryroot, mapper.get(), stemmer));
   imgr->setFieldFinder(ff.get());
 
-  if (filelist != nullptr) {
-    LOG(2, 0, "Reading file names from filelist");
-    std::ifstream list;
-    if (!openInputFile(filelist, list)) THROW(Fatal, "Coudn't open filelist '" << filelist << "'.");
-    addFromList(imgr.get(), list);
-  }
-  if (userlist != nullptr) {
-    LOG(2, 0, "Reading user directories from user list");
-    std::ifstream list;
-    if (!openInputFile(userlist, list)) {
-      THROW(Fatal, "Coudn't open user list '" << userlist << "'.");
-    }
-    addFromList(imgr.get(), list);
-  }
+  if (filelist != nullptr) LOG(2, 0, "Reading file names from filelist");
+  addFromList(imgr.get(), filelist, "filelist");
+  if (userlist != nullptr) LOG(2, 0, "Reading user directories from user list");
+  addFromList(imgr.get(), userlist, "user list");
   for (; restArgs->more(); restArgs->next()) imgr->Add(restArgs->key());
   if (spiderdir != nullptr) {
     sf.reset(SPIDER_FIELD_FINDER(summaryMode, numSumSent, summaryroot, stemmer));
@@ -162,6 +172,33 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
     LOG(2, 0, "Getting files from spider directory...");
     imgr->Add(spiderdir);
   }
+  imgr->DoneAddingDocs();
+}
+
+void buildFeedIndex(NameManager* rootName, int type, FdSStream* restArgs, const char* filelist,
+                    int summaryMode, int numSumSent, VandrelleLogIostream* logger,
+                    const char* summaryroot, const char* mapfile, TkStemmer* stemmer) {
+  beginDocumentIndex(rootName, logger);
+  if (isCrawlerType(type)) {
+    // The numbers in the crawler's tables would go on from those of a former run.
+    for (const char* suffix : {".url", ".lru", ".tit"}) {
+      SysTools::removeFile(rootName->suffix(suffix));
+    }
+  }
+  // Destroyed from the last to the first, as above.
+  std::unique_ptr<VymFileToURLMapper> mapper;
+  DcFieldBag fields(0, 0);
+  std::unique_ptr<DcFieldFinder> finder;
+  std::unique_ptr<DcMetaIndexCreator> imgr(
+      DcManager::SingleIndexCreator(rootName->suffix(nullptr), type, 0, nullptr));
+  specifyFields(imgr.get(), &fields);
+  if (mapfile != nullptr) mapper = std::make_unique<VymFileToURLMapper>(mapfile);
+  finder.reset(isCrawlerType(type)
+                   ? SPIDER_FIELD_FINDER(summaryMode, numSumSent, summaryroot, stemmer)
+                   : FIELD_FINDER(summaryMode, numSumSent, summaryroot, mapper.get(), stemmer));
+  imgr->setFieldFinder(finder.get());
+  addFromList(imgr.get(), filelist, "filelist");
+  for (; restArgs->more(); restArgs->next()) imgr->Add(restArgs->key());
   imgr->DoneAddingDocs();
 }
 

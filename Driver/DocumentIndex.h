@@ -27,6 +27,17 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
                         VandrelleLogIostream* logger, const char* summaryroot, const char* mapfile,
                         TkStemmer* stemmer, DcUserTypes* types);
 
+// The same for feeds: every file that `filelist` (which may be null) and `restArgs`
+// name, and all below the folders among them, is cut into documents as files of
+// the one built-in data type `type`, but for the usual endings of files without
+// text. Articles of a crawler's dump have the addresses that it gives them.
+//
+// Throws _Exception_Fatal for a list that cannot be opened, and what the index
+// creator throws.
+void buildFeedIndex(NameManager* rootName, int type, FdSStream* restArgs, const char* filelist,
+                    int summaryMode, int numSumSent, VandrelleLogIostream* logger,
+                    const char* summaryroot, const char* mapfile, TkStemmer* stemmer);
+
 // A new index creator that knows what to take and as which type; the caller owns
 // it. `mode` has the bits of ModeMask; `exclude`, the path of an exclusion file,
 // may be null. Throws _Exception_IO when that file cannot be opened.

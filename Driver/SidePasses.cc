@@ -30,30 +30,42 @@ constexpr float kMaxIdf = 9.0f;
 constexpr int kDocumentsPerBucket = 380;
 constexpr int kLeastBuckets = 64;
 
-}  // namespace
-
-void removeTempFiles(NameManager* rootName) {
-  const std::string prefix = rootName->suffix(".tmp");
-  LOG(2, 1, "Removing tempfiles: rm -f " << prefix << "*\n");
-
-  // The directory is read instead of handing the pattern to a shell: a root with
-  // blanks or quotes in it is a name like any other.
+// The files whose names begin with `prefix`. The directory is read instead of
+// handing the pattern to a shell: a root with blanks or quotes in it is a name like
+// any other.
+std::vector<std::string> filesWithPrefix(const std::string& prefix) {
   const std::size_t slash = prefix.rfind('/');
   const std::string directory = slash == std::string::npos ? "./" : prefix.substr(0, slash + 1);
   const std::string base = slash == std::string::npos ? prefix : prefix.substr(slash + 1);
+  std::vector<std::string> names;
   DIR* dir = ::opendir(directory.c_str());
   if (dir == nullptr) {
     LOG(0, 0, "removing tempfiles failed");
-    return;
+    return names;
   }
-  std::vector<std::string> names;
   while (const dirent* entry = ::readdir(dir)) {
     if (std::strncmp(entry->d_name, base.c_str(), base.size()) == 0) {
       names.push_back(directory + entry->d_name);
     }
   }
   ::closedir(dir);
-  for (const std::string& name : names) SysTools::removeFile(name.c_str());
+  return names;
+}
+
+}  // namespace
+
+void removeTempFiles(NameManager* rootName) {
+  const std::string prefix = rootName->suffix(".tmp");
+  LOG(2, 1, "Removing tempfiles: rm -f " << prefix << "*\n");
+  for (const std::string& name : filesWithPrefix(prefix)) SysTools::removeFile(name.c_str());
+}
+
+void removeTempPositions(NameManager* rootName) {
+  for (const std::string& name : filesWithPrefix(rootName->suffix(".prx"))) {
+    const std::string number = name.substr(name.rfind(".prx") + 4);
+    const bool isRun = !number.empty() && number.find_first_not_of("0123456789") == number.npos;
+    if (isRun) SysTools::removeFile(name.c_str());
+  }
 }
 
 void removeFieldFiles(NameManager* rootname) {

@@ -15,6 +15,9 @@ class TkStemmer;
 // Removes every file whose name is the root's plus ".tmp" and anything.
 void removeTempFiles(NameManager* rootName);
 
+// Removes <root>.prxNNN, the positions that went with those files; not <root>.prx.
+void removeTempPositions(NameManager* rootName);
+
 // Removes the field database in its slow form; absent files don't matter.
 void removeFieldFiles(NameManager* rootname);
 

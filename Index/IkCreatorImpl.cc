@@ -16,10 +16,12 @@
 #include "Index/IkMerger.h"
 #include "Index/IkProxCreator.h"
 #include "KeyFile/KfKeyFileManager.h"
+#include "Storage/StFileStorage.h"
 #include "Storage/StPosMapCreator.h"
 #include "Token/TkWordPair.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/HeapText.h"
+#include "Tool/SysTools.h"
 #include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
@@ -46,6 +48,17 @@ std::vector<unsigned char> bigEndian(const std::vector<float>& values) {
   std::vector<unsigned char> bytes(values.size() * 4);
   for (std::size_t i = 0; i < values.size(); ++i) storeFloat(&bytes[i * 4], values[i]);
   return bytes;
+}
+
+// The positions of an earlier index of this name must not pass for those of the new
+// one. Initialize() makes one file of whatever number they have grown to.
+void removePositions(const NameManager& name) {
+  for (const char* suffix : {".prx.map", ".prx"}) {
+    const std::string path = name.suffix(suffix);
+    if (!SysTools::fileExists(path.c_str())) continue;
+    StFileStorage(path.c_str(), false).Initialize();
+    SysTools::removeFile(path.c_str());
+  }
 }
 
 // Hands the (chunk, frequency) pairs of the merger's current row to `take`.
@@ -161,6 +174,7 @@ struct IkCreatorImpl::Compilation {
   std::unique_ptr<IkIdfCreator> idfs;
   std::unique_ptr<StPosMapCreator> positionMap;
   IkProxCreator* positions = nullptr;  // owned by the merger
+  StStoragePos positionsEnd;           // of the words compiled so far
   std::vector<int> row;
   std::vector<float> sums;
   std::vector<float> norms;
@@ -184,6 +198,8 @@ void IkCreatorImpl::compileIndex(NameManager* name, IkMerger* merger) {
     merger->proxCreator(files.positions);
     files.positionMap =
         std::make_unique<StPosMapCreator>(name->suffix(".prx.map"), kPosMapInterval);
+  } else {
+    removePositions(*name);
   }
   files.idfs = std::make_unique<IkIdfCreator>(&info_, name->suffix(".idf"));
   LOG(1, 1, "Indexing, stage 2");
@@ -210,7 +226,11 @@ void IkCreatorImpl::compileWord(IkMerger* merger, Compilation* files) {
   float idf;
   std::int64_t freq;
   calculateIdf(*merger, row, &idf, &freq);
-  if (freq == 0 || idf == 0.0f) return;
+  if (freq == 0 || idf == 0.0f) {
+    // The merger has copied the positions of a word that is dropped, too.
+    if (files->positions != nullptr) files->positions->truncate(files->positionsEnd);
+    return;
+  }
   files->idfs->add(idf);
   calculateWeights(*merger, row, idf, files);
 
@@ -219,7 +239,10 @@ void IkCreatorImpl::compileWord(IkMerger* merger, Compilation* files) {
   storeU32(place, offset.Lo());
   place[4] = static_cast<unsigned char>(offset.Hi());
   files->keys->Add_Entry(merger->word(), place, kKeyFileDataSize);
-  if (files->positionMap) files->positionMap->add(files->positions->tell());
+  if (files->positionMap) {
+    files->positionsEnd = files->positions->tell();
+    files->positionMap->add(files->positionsEnd);
+  }
 
   if (merger->sparseSize() >= 0) {
     files->data.writeRow(reinterpret_cast<const IkDocumentInfo*>(row), merger->sparseSize(), idf);

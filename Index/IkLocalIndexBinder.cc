@@ -13,6 +13,7 @@
 #include "Index/IkIdfCache.h"
 #include "Index/IkLocalRetriever.h"
 #include "Index/IkLocalWordTable.h"
+#include "Index/IkProxBinder.h"
 #include "Index/IkTranspose.h"
 #include "Index/IkTransposeLoader.h"
 #include "Index/IkUnstemmer.h"
@@ -232,6 +233,13 @@ bool IkLocalIndexBinder::hasStemTable() { return SysTools::fileExists(name_.suff
 IkUnstemmer* IkLocalIndexBinder::unstemmer() {
   if (unstemmer_ == nullptr) unstemmer_ = std::make_unique<IkUnstemmer>(idfCache(), stemTable());
   return unstemmer_.get();
+}
+
+bool IkLocalIndexBinder::hasPositions() { return SysTools::fileExists(name_.suffix(".prx.map")); }
+
+IkProxBinder* IkLocalIndexBinder::positions() {
+  if (positions_ == nullptr) positions_ = std::make_unique<IkProxBinder>(name_.suffix(".prx"));
+  return positions_.get();
 }
 
 bool IkLocalIndexBinder::isUnderSafePath(const char* directory) const {

@@ -1,5 +1,6 @@
 #include "Index/IkMergeTempfile.h"
 
+#include "Index/IkDataFile.h"
 #include "Index/IkException.h"
 #include "Index/IkProxBinder.h"
 #include "Index/IkProxCreator.h"
@@ -70,7 +71,7 @@ void IkMergeTempfile::unpack(int* row, int rowSize, int* total_num, IkProxCreato
     if (chunk >= rowSize) {
       THROW(Ik, "Read document that is too large while unpacking (" << chunk << ")");
     }
-    if (prox != nullptr) appendProximity(prox, count, row[chunk] != 0);
+    if (prox != nullptr) appendProximity(prox, count, row[chunk]);
     row[chunk] += count;
     ++*total_num;
   });
@@ -82,7 +83,7 @@ void IkMergeTempfile::unpackSparse(IkDocumentInfo* start, int* total_num, IkProx
   eachPair([&](int chunk, int count) {
     // A chunk at whose first term the table was written out stands in two files.
     const bool continued = !none && last->chunk == chunk;
-    if (prox != nullptr) appendProximity(prox, count, continued);
+    if (prox != nullptr) appendProximity(prox, count, continued ? last->frequency : 0);
     if (continued) {
       last->frequency += count;
     } else {
@@ -93,10 +94,14 @@ void IkMergeTempfile::unpackSparse(IkDocumentInfo* start, int* total_num, IkProx
   *total_num = static_cast<int>(last - start) + 1;
 }
 
-void IkMergeTempfile::appendProximity(IkProxCreator* out, int freq, bool cont) {
-  if (!cont) out->reset();
+// A row counts up to a limit, and there are as many positions as it says.
+void IkMergeTempfile::appendProximity(IkProxCreator* out, int freq, int before) {
+  if (before == 0) out->reset();
   proxBinder_->reset();
-  for (int i = 0; i < freq; ++i) out->add(proxBinder_->get());
+  for (int i = 0; i < freq; ++i) {
+    const uint32 position = proxBinder_->get();
+    if (before + i < IkDataFile::kMaxFrequency) out->add(position);
+  }
 }
 
 }  // namespace vandrelle

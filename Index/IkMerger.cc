@@ -62,8 +62,8 @@ int IkMerger::next() {
     if (*head.word != *word_) break;
     int ignored = 0;
     head.object->maxElements();
-    std::vector<int> scratch(static_cast<std::size_t>(rowSize_));
-    head.object->unpack(scratch.data(), rowSize_, &ignored, nullptr);
+    passedOver_.resize(static_cast<std::size_t>(rowSize_));
+    head.object->unpack(passedOver_.data(), rowSize_, &ignored, nullptr);
     head.object->newWordNumber(-1);
     advance(popHead());
   }

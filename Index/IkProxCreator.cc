@@ -18,4 +18,10 @@ IkProxCreator::IkProxCreator(const char* file) {
 
 IkProxCreator::~IkProxCreator() = default;
 
+void IkProxCreator::truncate(const StStoragePos& end) {
+  if (tell() == end) return;
+  buffer_->flush();
+  storage_->SetMaxPos(end);
+}
+
 }  // namespace vandrelle

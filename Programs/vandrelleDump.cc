@@ -3,6 +3,7 @@
 //   vandrelleDump -R root                  header, and the size of each file
 //   vandrelleDump -R root words [prefix]   number, word, documents, idf
 //   vandrelleDump -R root row WORD         the documents of a word, with frequencies
+//   vandrelleDump -R root positions WORD   the same with the word's positions
 //   vandrelleDump -R root docs             one line per document
 //   vandrelleDump -R root doc N            all about one document
 //   vandrelleDump -R root fields N         its stored fields: name and value
@@ -36,6 +37,7 @@
 #include "Index/IkIndexInfo.h"
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkLocalWordTable.h"
+#include "Index/IkProxBinder.h"
 #include "Index/IkSimilarity.h"
 #include "Index/IkTranspose.h"
 #include "Index/IkUnstemmer.h"
@@ -52,9 +54,8 @@ namespace {
 EXCEPTION_FAMILY(Dump);
 
 constexpr const char* kUsage =
-    "usage: vandrelleDump -R root [words [prefix] | row WORD | docs | doc N | fields N | digest N "
-    "| "
-    "stem STEM]";
+    "usage: vandrelleDump -R root [words [prefix] | row WORD | positions WORD | docs | doc N | "
+    "fields N | digest N | stem STEM]";
 
 using vandrelle::printable;
 
@@ -152,20 +153,52 @@ void showWords(IkLocalIndexBinder& binder, const char* prefixText) {
   }
 }
 
-void showRow(IkLocalIndexBinder& binder, const char* text) {
+// Stands on the row of a word and answers the word's number.
+int findRow(IkLocalIndexBinder& binder, const char* text) {
   StStoragePos position;
   if (std::strlen(text) > 63) THROW(Dump, "the index has no word '" << text << "'");
   const WmLocalWord word(text);
   if (binder.info()->numTerms == 0 || !binder.wordTable()->lookup(word.word(), position)) {
     THROW(Dump, "the index has no word '" << text << "'");
   }
+  seekRow(*binder.indexData(0, 0), position, *word);
+  return binder.wordTable()->wordNum(word.word());
+}
+
+void showRow(IkLocalIndexBinder& binder, const char* text) {
+  const int number = findRow(binder, text);
   IkDataFileBinder& rows = *binder.indexData(0, 0);
-  seekRow(rows, position, *word);
-  std::cout << "word " << binder.wordTable()->wordNum(word.word()) << ", " << countDocuments(rows)
-            << " documents, idf " << std::fixed << std::setprecision(4) << rows.scale()
-            << ", row of " << rows.linesize() << " bytes at " << position << " (hexadecimal)\n";
+  std::cout << "word " << number << ", " << countDocuments(rows) << " documents, idf " << std::fixed
+            << std::setprecision(4) << rows.scale() << ", row of " << rows.linesize()
+            << " bytes at " << rows.tell() << " (hexadecimal)\n";
   rows.unpackPairs([](int document, int frequency) {
     std::cout << std::setw(8) << document << std::setw(8) << frequency << '\n';
+  });
+}
+
+void showPositions(IkLocalIndexBinder& binder, const char* text) {
+  const int number = findRow(binder, text);
+  if (!binder.hasPositions()) {
+    THROW(Dump, "the index was built without the positions of its words");
+  }
+  IkDataFileBinder& rows = *binder.indexData(0, 0);
+  const auto word = static_cast<uint32>(number);
+  const std::unique_ptr<IkProxBuffer> positions(binder.positions()->getBuffer(word));
+  std::cout << "word " << number << ", " << countDocuments(rows) << " documents, "
+            << (binder.positions()->map()->lookup(word + 1) -
+                binder.positions()->map()->lookup(word))
+                   .Bytes()
+            << " bytes of positions\n";
+  // Deleted documents have positions, too.
+  rows.unpackAllPairs([&](int document, int frequency) {
+    positions->reset();
+    if (rows.deleter() != nullptr && rows.deleter()->isDeleted(document)) {
+      positions->skip(static_cast<std::uint64_t>(frequency));
+      return;
+    }
+    std::cout << std::setw(8) << document << ' ';
+    for (int i = 0; i < frequency; ++i) std::cout << ' ' << positions->get();
+    std::cout << '\n';
   });
 }
 
@@ -315,6 +348,8 @@ void dump(const CommandLine& options) {
     showWords(binder, argument == nullptr ? "" : argument);
   } else if (name == "row" && arguments == 1) {
     showRow(binder, argument);
+  } else if (name == "positions" && arguments == 1) {
+    showPositions(binder, argument);
   } else if (name == "docs" && arguments == 0) {
     Documents documents(root.c_str(), binder);
     for (int number = 0; number < documents.count(); ++number) documents.showLine(number);

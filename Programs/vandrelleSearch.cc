@@ -2,6 +2,7 @@
 //
 //   vandrelleSearch -R root [options] word word ...     words
 //   vandrelleSearch -R root [options] '(and ... )'      the query language
+//   vandrelleSearch -R root [options] -phrase word ...  words next to each other
 //   vandrelleSearch -R root [options] -i                a query a line from standard input
 //   vandrelleSearch -R root [options] -similar N        documents like document N
 //   vandrelleSearch -R root [options] -words N          the words that weigh most in it
@@ -9,7 +10,10 @@
 //
 //   -n 10            at most so many results
 //   -titles 20       what a title that fits the words adds to a score of 1; with 0 a score
-//                    is that of the text alone
+//                    is that of the text alone, as it always is for phrases
+//   -phrase          each query is a phrase: these words in this order, nothing between
+//                    them, each in just this form. The index must have been built with
+//                    positions
 //   -gather K        the results (100, unless -n says otherwise) in K groups
 //   -plain           a line a result, fields separated by tabs: rank, document number,
 //                    score, address, title. Groups: the group in place of the rank.
@@ -55,7 +59,7 @@ EXCEPTION_FAMILY(Search);
 
 constexpr const char* kUsage =
     "usage: vandrelleSearch -R root [-n 10] [-plain | -json] [-titles 20] [-gather K] [-stem F] "
-    "[-stop F] "
+    "[-stop F] [-phrase] "
     "[-i | -similar N | -words N | -sum N [-nss 3] | word ... | '(expression)']";
 
 constexpr int kResults = 10;
@@ -74,6 +78,7 @@ struct Options {
   const char* stop = nullptr;
   AnswerDisplay::Form form = AnswerDisplay::Form::kBlocks;
   bool interactive = false;
+  bool phrase = false;
   int results = 0;
   int groups = 0;  // 0: no gathering
   int similarTo = -1;
@@ -125,7 +130,7 @@ bool readOptions(int argc, char** argv, Options* options) {
   std::vector<const char*> valued = {"-R", "-stem", "-stop"};
   for (const NumberOption& option : kNumberOptions) valued.push_back(option.flag);
   for (const char* flag : valued) line.arg_double(flag, flag, nullptr);
-  for (const char* flag : {"-plain", "-json", "-i"}) line.arg_flag(flag, flag, nullptr);
+  for (const char* flag : {"-plain", "-json", "-i", "-phrase"}) line.arg_flag(flag, flag, nullptr);
   line.parse(argc, argv);
 
   for (const char* flag : valued) {
@@ -143,9 +148,12 @@ bool readOptions(int argc, char** argv, Options* options) {
   if (!readWords(line, options)) return false;
 
   options->interactive = line.exist_arg("-i");
+  options->phrase = line.exist_arg("-phrase");
   const int asked = options->interactive + (options->similarTo >= 0) + (options->wordsOf >= 0) +
                     (options->summaryOf >= 0) + !options->query.empty();
-  if (!line.exist_arg("-R") || asked > 1 || (line.exist_arg("-plain") && line.exist_arg("-json"))) {
+  const bool phraseOfNothing = options->phrase && !options->interactive && options->query.empty();
+  if (!line.exist_arg("-R") || asked > 1 || phraseOfNothing ||
+      (line.exist_arg("-plain") && line.exist_arg("-json"))) {
     std::cerr << "vandrelleSearch: " << kUsage << '\n';
     return false;
   }
@@ -200,6 +208,9 @@ void Session::requireDigest(int document) {
 }
 
 void Session::run() {
+  if (options_.phrase && !searcher_.binder().hasPositions()) {
+    THROW(Search, QlSearcher::kNoPositions);
+  }
   if (options_.interactive) {
     interact();
   } else if (options_.summaryOf >= 0) {
@@ -220,7 +231,8 @@ void Session::run() {
 bool Session::ask(const std::string& query) {
   const auto begin = Clock::now();
   QlAnswer answer;
-  if (!searcher_.ask(query, options_.results, answer)) {
+  if (!(options_.phrase ? searcher_.askPhrase(query, options_.results, answer)
+                        : searcher_.ask(query, options_.results, answer))) {
     if (!searcher_.problem().empty()) report.report(searcher_.problem().c_str());
     return false;
   }

@@ -21,6 +21,11 @@
 namespace vandrelle {
 namespace {
 
+constexpr const char* kNoWords = "the query is empty";
+constexpr const char* kZeroByte = "the query holds a zero byte";
+const std::string kTooManyWords =
+    "the query has more than " + std::to_string(QlWords::kMaxWords) + " words";
+
 std::vector<QlHit> bestOf(PrSparseReadonly& list) {
   list.sortByScore();
   std::vector<QlHit> hits;
@@ -46,6 +51,7 @@ QlSearcher::QlSearcher(const char* root, TkStemmer* stemmer, DcDocumentManager* 
   }
   fields_ = std::make_unique<DcFieldsBinder>(root);
   words_ = std::make_unique<QlWordSearch>(binder_.get(), stemmer, fields_.get());
+  phrase_ = std::make_unique<QlPhrase>(binder_.get());
 }
 
 QlSearcher::~QlSearcher() = default;
@@ -55,24 +61,42 @@ bool QlSearcher::fail(const std::string& problem) {
   return false;
 }
 
-bool QlSearcher::ask(const std::string& text, int count, QlAnswer& answer) {
+void QlSearcher::startQuestion(QlAnswer& answer) {
   problem_.clear();
   answer = QlAnswer();
   words_->forget();
-  if (text.find('\0') != std::string::npos) return fail("the query holds a zero byte");
+  phrase_->forget();
+}
+
+bool QlSearcher::ask(const std::string& text, int count, QlAnswer& answer) {
+  startQuestion(answer);
+  if (text.find('\0') != std::string::npos) return fail(kZeroByte);
   const std::size_t begin = text.find_first_not_of(" \t");
   if (begin != std::string::npos && text[begin] == '(') {
     return askExpression(text.substr(begin), count, answer);
   }
   QlWords words(stemmer_);
   if (!words.addText(text, 1.0f)) {
-    return fail("the query has more than " + std::to_string(QlWords::kMaxWords) + " words");
+    return fail(kTooManyWords);
   }
   return askWords(words, count, answer);
 }
 
+bool QlSearcher::askPhrase(const std::string& text, int count, QlAnswer& answer) {
+  startQuestion(answer);
+  if (text.find('\0') != std::string::npos) return fail(kZeroByte);
+  const std::vector<WmMagicWord> words = QlWords::cut(text);
+  if (words.empty()) return fail(kNoWords);
+  if (words.size() > QlWords::kMaxWords) return fail(kTooManyWords);
+  if (!binder_->hasPositions()) return fail(kNoPositions);
+  for (const PrTuple& found : phrase_->retrieve(words, count, &answer.matches)) {
+    answer.hits.push_back({found.doc, found.score});
+  }
+  return true;
+}
+
 bool QlSearcher::askWords(const QlWords& words, int count, QlAnswer& answer) {
-  if (words.empty()) return fail("the query is empty");
+  if (words.empty()) return fail(kNoWords);
   if (binder_->info()->numTerms == 0) return true;
   answer.hits = bestOf(*words_->retrieve(words, count, &answer.matches));
   return true;

@@ -38,15 +38,23 @@ WmMagicWord QlWords::stemOf(TkStemmer* stemmer, const WmWord& word) {
 }
 
 bool QlWords::addText(std::string_view text, float weight) {
-  TkPassStem asTyped;
-  const std::unique_ptr<TkLexer> lexer(TkManager::SimpleTextLexer());
-  TkMemoryStream words(&asTyped, lexer.get(), text.data(), text.size(), true);
-  for (words.reset(); words.more(); words.next()) {
+  for (const WmMagicWord& word : cut(text)) {
     if (words_ == kMaxWords) return false;
     ++words_;
-    add(*static_cast<const WmWord*>(words.key()), weight);
+    add(*word, weight);
   }
   return true;
+}
+
+std::vector<WmMagicWord> QlWords::cut(std::string_view text) {
+  TkPassStem asTyped;
+  const std::unique_ptr<TkLexer> lexer(TkManager::SimpleTextLexer());
+  TkMemoryStream stream(&asTyped, lexer.get(), text.data(), text.size(), true);
+  std::vector<WmMagicWord> words;
+  for (stream.reset(); stream.more() && words.size() <= kMaxWords; stream.next()) {
+    words.emplace_back(static_cast<const WmWord*>(stream.key()));
+  }
+  return words;
 }
 
 void QlWords::add(const WmWord& word, float weight) {
@@ -78,8 +86,10 @@ std::unique_ptr<PrSparseReadonly> QlWordSearch::retrieve(const QlWords& words, i
                                                          int* matches) {
   fill(words);
   IkLocalRetriever* const retriever = binder_->localRetriever();
-  // An earlier query may have left a bound, and rows are to be read to their ends.
+  // An earlier query may have left a bound, and one that met damage its documents; and
+  // rows are to be read to their ends.
   retriever->maxDocs(0);
+  retriever->constraint(nullptr);
   retriever->rowFraction(kWholeRows);
   // All of them: what the titles choose from, and no bound to what is counted.
   const std::unique_ptr<PrSparseReadonly> found(

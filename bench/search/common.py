@@ -32,8 +32,8 @@ class Search:
             [program, "-R", root, "-i", "-plain", *options],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE)
 
-    def ask(self, query):
-        self.process.stdin.write(query.encode("utf-8", "replace") + b"\n")
+    def ask(self, query, encoding="utf-8"):
+        self.process.stdin.write(query.encode(encoding, "replace") + b"\n")
         self.process.stdin.flush()
         lines = []
         while True:

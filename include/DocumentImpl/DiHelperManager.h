@@ -15,6 +15,9 @@ class DiHelperManager {
   static DiHeaderParser* HtmlHeaderParser(int defaultHeaders);
   // `lexer`, not owned, finds the end of the first paragraph.
   static DiHeaderParser* NetHeaderParser(TkLexer* lexer, int defaultHeaders);
+  // Cuts at lines that begin with `delimiter`, or with `numseps` times `sep`.
+  static DiSeparator* DelimSeparator(const char* delimiter);
+  static DiSeparator* DelimSeparator(char sep, int numseps);
 };
 
 DiFileHandler* BasicFileHandler();

@@ -36,6 +36,7 @@ class IkDataFileBinder;
 class IkIdfBinder;
 class IkIdfCache;
 class IkLocalRetriever;
+class IkProxBinder;
 class IkUnstemmer;
 class KdFileAccessor;
 class QaBinder;
@@ -76,6 +77,9 @@ class IkLocalIndexBinder : public IkIndexBinder {
   // Has the index an unstemming table? Without one stemTable() and unstemmer() throw.
   bool hasStemTable();
   IkUnstemmer* unstemmer();
+  // Has the index the positions of its words? Without them positions() throws.
+  bool hasPositions();
+  IkProxBinder* positions();
   // Null for an index without the files of a query accelerator. `map` is non-zero
   // for mapping them.
   QaBinder* queryAccelBinder(int map);
@@ -113,6 +117,7 @@ class IkLocalIndexBinder : public IkIndexBinder {
   std::unique_ptr<IkTranspose> transpose_;
   std::unique_ptr<FiStemTable> stemTable_;
   std::unique_ptr<IkUnstemmer> unstemmer_;
+  std::unique_ptr<IkProxBinder> positions_;
   std::unique_ptr<QaBinder> queryAccelBinder_;
   std::unique_ptr<IkLocalRetriever> retriever_;
   int transposeCacheSize_ = 128;

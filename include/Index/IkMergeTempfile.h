@@ -28,9 +28,9 @@ class IkMergeTempfile : public IkMergeObject {
   // Hands each pair of the row to `take`(chunk, count).
   template <typename Take>
   void eachPair(Take take);
-  // Copies `freq` positions of one chunk; `cont` goes on with the run of a chunk
-  // that the former source began.
-  void appendProximity(IkProxCreator* out, int freq, bool cont);
+  // Copies `freq` positions of one chunk, of which former sources have copied
+  // `before`: above 0 their run goes on.
+  void appendProximity(IkProxCreator* out, int freq, int before);
 
   std::string name_;
   SysToolsMapObject map_;

@@ -77,6 +77,7 @@ class IkMerger {
   std::vector<IkMergeData> mergeData_;
   std::vector<int> heap_;        // waiting sources, the first in order on top
   std::vector<int> equalWords_;  // sources that hold the current word, in order
+  std::vector<int> passedOver_;  // row for what is read and not used; empty until then
   int numDeletedDocs_ = 0;
   const WmWord* word_ = nullptr;
   unsigned char wordbuf_[256];

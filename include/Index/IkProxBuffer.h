@@ -1,6 +1,8 @@
 // The positions of one word, out of a proximity file.
 #pragma once
 
+#include <cstdint>
+
 #include "Index/IkProxNumber.h"
 #include "Storage/StStorage.h"
 #include "Storage/StStorageHandle.h"
@@ -30,6 +32,10 @@ class IkProxBuffer {
       return *data_++;
     });
   }
+
+  // Passes over `count` numbers. Throws as readnum() does, but takes a number of any
+  // length.
+  void skip(std::uint64_t count);
 
   // The place where reading stands, and back to one of this very buffer.
   IkProxBufferState state() const { return {data_, lastpos_}; }

@@ -43,6 +43,8 @@ class IkProxCreator {
 
   // Where in the file the next number will stand.
   StStoragePos tell() const { return buffer_->tellp(); }
+  // Takes back all that was written from `end` on, which tell() has answered before.
+  void truncate(const StStoragePos& end);
 
  private:
   std::unique_ptr<StStorage> storage_;

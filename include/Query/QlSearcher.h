@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Query/QlGatherCreator.h"
+#include "Query/QlPhrase.h"
 #include "Query/QlWordSearch.h"
 
 namespace vandrelle {
@@ -58,6 +59,12 @@ class QlSearcher {
   // a parenthesis. The `count` best documents are wanted. False when it is no query;
   // the reason has then been written to the error stream or is in problem().
   bool ask(const std::string& text, int count, QlAnswer& answer);
+  // The documents with a phrase (see QlPhrase.h): the words of the text, whatever it
+  // begins with. False, with the reason in problem(), without words and for an index
+  // without positions.
+  bool askPhrase(const std::string& text, int count, QlAnswer& answer);
+  static constexpr const char* kNoPositions =
+      "the index was built without the positions of its words, which a phrase needs";
   // Why the last question had no answer, unless the error stream tells; or empty.
   const std::string& problem() const { return problem_; }
 
@@ -74,10 +81,11 @@ class QlSearcher {
   QlPage page(int document);
   int numDocuments() const { return words_->numDocuments(); }
   // Does a word of a text belong to the words of the last query?
-  bool matches(const WmWord& word) const { return words_->matches(word); }
+  bool matches(const WmWord& word) const { return words_->matches(word) || phrase_->matches(word); }
   IkLocalIndexBinder& binder() { return *binder_; }
 
  private:
+  void startQuestion(QlAnswer& answer);
   bool fail(const std::string& problem);
   bool askWords(const QlWords& words, int count, QlAnswer& answer);
   bool askExpression(const std::string& text, int count, QlAnswer& answer);
@@ -89,6 +97,7 @@ class QlSearcher {
   TkStemmer* stemmer_;
   std::unique_ptr<DcFieldsBinder> fields_;
   std::unique_ptr<QlWordSearch> words_;
+  std::unique_ptr<QlPhrase> phrase_;
   std::vector<std::unique_ptr<PrNodeCreator>> operators_;  // those that keywords_ names
   std::unique_ptr<PrParser> parser_;                       // made for the first expression
   std::string problem_;

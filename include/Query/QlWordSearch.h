@@ -38,9 +38,12 @@ class QlWords {
   // Not owned.
   explicit QlWords(TkStemmer* stemmer) : stemmer_(stemmer) {}
 
-  // The words of a text, cut by the lexer for plain text. False, with no more added,
-  // when there would be more than kMaxWords.
+  // Adds the words of a text, as cut() has them. False when there would be more than
+  // kMaxWords; the rest is then left out.
   bool addText(std::string_view text, float weight);
+  // The words of a text in their order, cut by the lexer for plain text, up to one more
+  // than kMaxWords.
+  static std::vector<WmMagicWord> cut(std::string_view text);
   bool empty() const { return asked_.empty(); }
 
   // The word's stem; the word itself where it is a number or a letter; invalid for

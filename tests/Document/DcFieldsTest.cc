@@ -5,6 +5,7 @@
 #include "Document/DcFieldBag.h"
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcFieldsCreator.h"
+#include "Index/IkMergeDeleter.h"
 #include "TestFiles.h"
 #include "Tool/HeapText.h"
 
@@ -126,6 +127,45 @@ TEST_F(DcFieldsTest, LeftoverFilesAndNamesPastTheLimit) {
     more.add("beyond", "v");
     EXPECT_FALSE(more.valid());
   }
+}
+
+// Leaves document 0 out.
+class OmitsTheFirst : public IkMergeDeleter {
+ public:
+  int newChunk(int chunk) override { return chunk - 1; }
+};
+
+TEST_F(DcFieldsTest, CopiesAndFastFormsFollowEachOther) {
+  fill();
+  const std::string other = root + "2";
+  ASSERT_TRUE(DcFieldsCreator::copy(root.c_str(), other.c_str()));
+  {
+    DcFieldsBinder binder(other.c_str());
+    EXPECT_EQ(fieldsOf(&binder, 2), "url=u2;title=xxxxx;");
+  }
+  DcFieldBag fields(0, 0);
+  fields.Add("url", 0);
+  fields.Add("title", 0);
+  ASSERT_TRUE(
+      DcFieldsBinder::createFastFiles(&fields, nullptr, nullptr, root.c_str(), other.c_str()));
+  ASSERT_TRUE(DcFieldsCreator::remove(root.c_str()));
+  EXPECT_FALSE(DcFieldsCreator::copy(root.c_str(), other.c_str()));
+  ASSERT_TRUE(DcFieldsCreator::remove(other.c_str()));
+  OmitsTheFirst omits;
+  EXPECT_TRUE(DcFieldsCreator::mergeFastFields(other.c_str(), root.c_str(), nullptr));
+  EXPECT_TRUE(DcFieldsCreator::mergeFastFields(other.c_str(), root.c_str(), &omits));
+  const std::string rest = std::string(2, '\0') + std::string(1023, 'x') + '\0' + "u2" + '\0';
+  EXPECT_EQ(slurp(".fdat"), std::string("A\0u0\0", 5) + rest + rest);
+  EXPECT_EQ(slurp(".fidx"), std::string("\0\0\0\0\0"
+                                        "\0\0\0\0\5"
+                                        "\0\0\0\0\7"
+                                        "\0\0\0\4\xA"
+                                        "\0\0\0\4\xC",
+                                        25));
+  // A form that ends within a document adds what it has whole.
+  writeFile(other + ".fdat", "u0");
+  EXPECT_FALSE(DcFieldsCreator::mergeFastFields(other.c_str(), root.c_str(), nullptr));
+  EXPECT_EQ(slurp(".fidx").size(), 25u);
 }
 
 TEST_F(DcFieldsTest, MergeInTheMiddlePermuteAndDamage) {

@@ -19,6 +19,8 @@ class IntakeTest : public DocumentFixture {
     return std::count(log_.lines().begin(), log_.lines().end(), line) != 0;
   }
 
+  static std::string read(const std::string& file) { return fileBytes(file); }
+
   // The file as big-endian integers.
   static std::vector<int32_t> integers(const std::string& file) {
     const std::string bytes = fileBytes(file);

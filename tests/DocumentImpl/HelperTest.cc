@@ -1,6 +1,12 @@
+#include <unistd.h>
+
+#include <iterator>
+
 #include "Document/DocumentFixture.h"
 #include "DocumentImpl/DiHelperDistributor.h"
 #include "DocumentImpl/DiRenameFileHandler.h"
+#include "DocumentImpl/DiZipFileHandler.h"
+#include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
 namespace {
@@ -35,6 +41,62 @@ TEST_F(HelperTest, RenamesOnlyWhatWasRead) {
   EXPECT_TRUE(std::filesystem::exists(added));
   EXPECT_FALSE(std::filesystem::exists(read));
   EXPECT_TRUE(std::filesystem::exists(read + ".ix"));
+}
+
+TEST_F(HelperTest, CompressedFiles) {
+  struct Log : VandrelleLog {
+    void log(int type, int, const char* msg) override { text += std::to_string(type) + msg; }
+    std::string text;
+  } log;
+  VandrelleLog::Logger(&log);
+  const auto compressed = [&](const char* name, const std::string& text) {
+    EXPECT_EQ(std::system(("gzip -nf \"" + write(name, text) + "\"").c_str()), 0);
+    return path(name) + ".gz";
+  };
+  const auto bytesOf = [](std::ifstream* stream) {
+    return std::string(std::istreambuf_iterator<char>(*static_cast<std::istream*>(stream)), {});
+  };
+  const auto temporaries = [] {
+    const std::string mine = std::to_string(getpid()) + ".";
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/tmp")) {
+      count += entry.path().filename().string().starts_with(mine);
+    }
+    return count;
+  };
+  DiZipFileHandler handler;
+  std::ifstream* first = handler.Open(compressed("it's one", "first").c_str());
+  std::ifstream* second = handler.Open(compressed("two", "second").c_str());
+  EXPECT_EQ(temporaries(), 2);
+  EXPECT_EQ(bytesOf(second), "second");
+  EXPECT_EQ(bytesOf(first), "first");
+  first->clear();
+  first->seekg(2);
+  EXPECT_EQ(bytesOf(first), "rst");
+  handler.Close(first);
+  handler.Close(second);
+  EXPECT_EQ(log.text, "");
+
+  for (const std::string& file : {write("no.gz", "not compressed"), path("absent.gz")}) {
+    log.text.clear();
+    std::ifstream* stream = handler.Open(file.c_str());
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(bytesOf(stream), "");
+    handler.Close(stream);
+    EXPECT_EQ(log.text, "0decompressing " + file + " ended with status 1");
+  }
+  EXPECT_EQ(temporaries(), 0);
+
+  if (std::filesystem::exists("/usr/local/bin/gunzip")) return VandrelleLog::Logger(nullptr);
+  // Without any decompressor the child ends, and does not run on as a second self.
+  const std::string searched = getenv("PATH");
+  setenv("PATH", "/nonexistent", 1);
+  std::ifstream* stream = handler.Open(path("two.gz").c_str());
+  setenv("PATH", searched.c_str(), 1);
+  EXPECT_EQ(bytesOf(stream), "");
+  handler.Close(stream);
+  EXPECT_EQ(log.text, log.text.substr(0, log.text.rfind(' ')) + " 127");
+  VandrelleLog::Logger(nullptr);
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkTranspose.h"
 #include "Index/IkTransposeCreator.h"
+#include "Index/IkTransposeMerger.h"
 #include "Index/IkWordTable.h"
 #include "Tool/SysTools.h"
 #include "Word.h"
@@ -139,6 +140,17 @@ TEST(IkIndexImpl, MergesIndexesWithTheirDigests) {
   }
   EXPECT_FALSE(SysTools::fileExists((merged + ".tmp.0000").c_str()));
   EXPECT_FALSE(SysTools::fileExists((merged + ".tmp.0001").c_str()));
+
+  // Made anew they are those of the whole, however many documents a pass takes.
+  IkTransposeCreator(whole.c_str()).makeIndex();
+  index.mergeAdditive(bag.get(), 1, nullptr);
+  for (const int range : {1, 2, 100}) {
+    IkTransposeMerger digests(merged.c_str(), range);
+    digests.addIndex(roots[0].c_str(), (merged + ".tmp.0000").c_str(), 0);
+    digests.addIndex(roots[1].c_str(), (merged + ".tmp.0001").c_str(), 3);
+    digests.done();
+    EXPECT_EQ(bytesOf(merged + ".trp"), bytesOf(whole + ".trp")) << range;
+  }
 }
 
 // Leaves the first text of its source out.

@@ -3,6 +3,7 @@
 #include "Index/IkIndexImpl.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cmath>
 #include <cstdio>
@@ -178,6 +179,10 @@ TEST_F(IkIndexImplTest, FlagsLeaveFilesOut) {
   index_.createSumfile(0);
   index_.createNormfile(0);
   index_.recordProximity(0);
+  // An earlier index with positions, which had outgrown one file.
+  ASSERT_EQ(mkdir((root_ + ".prx").c_str(), 0700), 0);
+  writeBytes(root_ + ".prx/00000000", "old");
+  writeBytes(root_ + ".prx.map", "old");
   index_.create_stage12(0, 0);
   for (const char* suffix : {".sum", ".norm", ".norm.raw", ".prx", ".prx.map", ".prx000"}) {
     EXPECT_FALSE(SysTools::fileExists((root_ + suffix).c_str())) << suffix;
@@ -185,6 +190,22 @@ TEST_F(IkIndexImplTest, FlagsLeaveFilesOut) {
   EXPECT_NE(bytesOf(root_ + ".dat"), "");
   EXPECT_EQ(thrownBy([&] { index_.create_stage3(); }),
             "Ik: Can't bind to .sum file during transpose creation");
+}
+
+// With two of four chunks counted as deleted, a word in the other two and one more is
+// worth nothing.
+TEST_F(IkIndexImplTest, DroppedWordsLeaveNoPositions) {
+  index_.create_stage1(0, 0, 0);
+  IkIndexInfo info;
+  info.read((root_ + ".info").c_str());
+  info.numDeletedChunks = 2;
+  info.write((root_ + ".info").c_str());
+  FdSBag names(Fd::Queue());
+  names.insert((root_ + ".tmp000").c_str());
+  index_.create_stage2(names.bag());
+  EXPECT_EQ(positions(WmLocalWord("alpha").word(), {2, 1}), "0 2 1 ");
+  EXPECT_EQ(positions(WmLocalWord("beta").word(), {}), "-");
+  EXPECT_EQ(positions(WmLocalWord("gamma").word(), {1}), "0 ");
 }
 
 TEST_F(IkIndexImplTest, PairsStandAtTheirSecondWord) {

@@ -4,8 +4,12 @@
 #include <string>
 
 #include "IkTestTools.h"
+#include "Index/IkDataFile.h"
+#include "Index/IkMergeTempfile.h"
 #include "Index/IkProxBinder.h"
 #include "Index/IkProxCreator.h"
+#include "Index/IkTempfile.h"
+#include "Storage/StFileStorage.h"
 #include "Storage/StPosMapCreator.h"
 
 namespace vandrelle {
@@ -63,6 +67,59 @@ TEST(IkProx, FindsWordsByTheMap) {
     buffer->state(begin);
     if (word % 3 == 0) continue;
     EXPECT_EQ(buffer->readnum(), word);
+  }
+}
+
+TEST(IkProx, PassesOverNumbers) {
+  const std::string path = testing::TempDir() + "skipped.prx";
+  const auto number = [](uint32 i) { return i % 7 == 0 ? 1u << i % 32 : i; };
+  {
+    IkProxCreator creator(path.c_str());
+    for (uint32 i = 0; i < 100; ++i) creator.writenum(number(i));
+  }
+  StFileStorage storage(path.c_str(), true);
+  storage.Open(false, false);
+  for (uint32 count = 0; count <= 101; ++count) {
+    IkProxBuffer buffer(StStoragePos(), storage.MaxPos().Lo(), &storage);
+    EXPECT_EQ(thrownBy([&] { buffer.skip(count); }).empty(), count <= 100);
+    EXPECT_EQ(count < 100 ? buffer.readnum() : number(count), number(count));
+  }
+}
+
+// A chunk whose occurrences are in two files and too many to be counted keeps as many
+// positions as its row says.
+TEST(IkProx, SplitChunksStopAtTheLargestFrequency) {
+  const std::string root = testing::TempDir() + "split";
+  const std::string names[] = {root + "0", root + "1"};
+  for (const uint32 file : {0, 1}) {
+    const uint32 count = file == 0 ? IkDataFile::kMaxFrequency - 1 : 3;
+    IkTempfile words(names[file].c_str());
+    words.writeWord(WmLocalWord("often").word());
+    words.addChunk(0, static_cast<int>(count));
+    words.writeLine();
+    words.writeEOF();
+    IkProxCreator positions((names[file] + "p").c_str());
+    for (uint32 i = 0; i < count; ++i) positions.add(file * 40000 + i);
+  }
+  for (const bool dense : {true, false}) {
+    {
+      IkProxCreator out((root + "out").c_str());
+      int row[2] = {};
+      int pairs = 0;
+      for (const std::string& name : names) {
+        IkMergeTempfile source(name.c_str(), (name + "p").c_str());
+        source.word();
+        source.maxElements();
+        if (dense) {
+          source.unpack(row, 2, &pairs, &out);
+        } else {
+          source.unpackSparse(reinterpret_cast<IkDocumentInfo*>(row), &pairs, &out);
+        }
+      }
+    }
+    const std::string gaps = bytesOf(root + "out");
+    ASSERT_EQ(gaps.size(), IkDataFile::kMaxFrequency + 1u);
+    EXPECT_EQ(gaps.substr(gaps.size() - 3), "\1\xC3\x38");  // 1, and 7235 to the last
   }
 }
 

@@ -1,0 +1,282 @@
+#include "Driver/IndexMerger.h"
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "Document/DcDocumentListMerger.h"
+#include "Document/DcFieldsCreator.h"
+#include "Document/DcMetaDocManager.h"
+#include "Driver/SidePasses.h"
+#include "Driver/VymTypes.h"
+#include "Exception.h"
+#include "Fun/Fd.h"
+#include "Index/IkIndex.h"
+#include "Index/IkIndexInfo.h"
+#include "Index/IkMergeDeleter.h"
+#include "Index/IkTransposeMerger.h"
+#include "Token/TkStemmer.h"
+
+namespace vandrelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+EXCEPTION_FAMILY(Merge);
+
+constexpr const char* kWorkSuffix = ".tmp.merge";
+constexpr const char* kHeader = ".info";
+constexpr int kFastPosition = 5;
+
+// What an index cannot be merged without.
+constexpr const char* kNeeded[] = {kHeader, ".key", ".ptr",  ".dat",  ".idx",
+                                   ".lst",  ".lpt", ".fidx", ".fdat", ".fnam"};
+// Words and documents that were added later stand beside the index proper.
+constexpr const char* kExtensions[] = {".xw", ".xd", ".xo", ".xt"};
+
+// All that an index may have under its root, the header apart. A former index goes
+// with its run files and with its deleted documents, which were others.
+constexpr const char* kFamily[] = {
+    ".key", ".ptr",     ".dat",    ".idf",  ".sum",     ".norm",    ".norm.raw", ".trp",
+    ".prx", ".prx.map", ".unstem", ".idx",  "_one.idx", "_mlt.idx", ".lst",      ".lpt",
+    ".dir", ".fidx",    ".fdat",   ".fnam", ".fld.ptr", ".fld.lst", ".fld.nam",  ".fld.val",
+    ".ver", ".size",    ".log",    ".prog", ".sum.map", ".sum.idx", ".xk",       ".xw",
+    ".xd",  ".xo",      ".xt",     ".spc",  ".wrd",     ".qa.map",  ".qa.cache", ".latest.info"};
+
+using FileId = std::pair<dev_t, ino_t>;
+
+bool isThere(const std::string& path) {
+  std::error_code ignored;
+  return fs::exists(path, ignored);
+}
+
+bool idOf(const std::string& path, FileId* id) {
+  struct stat status;
+  if (::stat(path.c_str(), &status) != 0) return false;
+  *id = {status.st_dev, status.st_ino};
+  return true;
+}
+
+std::string bytesOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The files of a folder whose names begin as the last part of `prefix` does.
+std::vector<fs::path> filesWithPrefix(const std::string& prefix) {
+  const fs::path whole(prefix);
+  const fs::path folder = whole.has_parent_path() ? whole.parent_path() : fs::path(".");
+  const std::string name = whole.filename().string();
+  std::vector<fs::path> found;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (entry->path().filename().string().compare(0, name.size(), name) == 0) {
+      found.push_back(entry->path());
+    }
+  }
+  return found;
+}
+
+// A storage that has outgrown one file is a folder.
+void removeOrThrow(const std::string& path) {
+  std::error_code error;
+  fs::remove_all(path, error);
+  if (error) THROW(Merge, "'" << path << "' cannot be replaced: " << error.message());
+}
+
+void moveOrThrow(const std::string& from, const std::string& to) {
+  std::error_code error;
+  fs::rename(from, to, error);
+  if (error) THROW(Merge, "'" << from << "' cannot become '" << to << "': " << error.message());
+}
+
+// The word index ends with the last document that has a word, the document list
+// need not. The documents of the next source come behind all of the list.
+class KeepsNumbers : public IkMergeDeleter {
+ public:
+  explicit KeepsNumbers(int wordless) : wordless_(wordless) {}
+  int newChunk(int chunk) override { return chunk; }
+  // Less than none go.
+  int numDeletedChunks() override { return -wordless_; }
+
+ private:
+  int wordless_;
+};
+
+}  // namespace
+
+IndexMerger::IndexMerger(const std::string& root, const std::vector<std::string>& sources)
+    : root_(root), workRoot_(root + kWorkSuffix), sources_(sources) {
+  std::set<FileId> headers;
+  for (const std::string& source : sources_) {
+    checkSource(source);
+    FileId id;
+    if (idOf(source + kHeader, &id) && !headers.insert(id).second) {
+      THROW(Merge, "the index '" << source << "' is named twice");
+    }
+  }
+  checkTarget();
+}
+
+void IndexMerger::checkSource(const std::string& source) {
+  for (const char* suffix : kNeeded) {
+    if (!isThere(source + suffix)) {
+      THROW(Merge, "the index '" << source << "' has no file '" << source << suffix << "'");
+    }
+  }
+  for (const char* suffix : kExtensions) {
+    if (isThere(source + suffix)) {
+      THROW(Merge, "the index '" << source << "' has been extended; build it anew before merging");
+    }
+  }
+  const bool positions = isThere(source + ".prx") && isThere(source + ".prx.map");
+  positions_ = positions_ && positions;
+  somePositions_ = somePositions_ || positions;
+}
+
+// Also under another name, through a link or as a root that ends in "_one", no file
+// of a source may be replaced or removed.
+void IndexMerger::checkTarget() const {
+  std::set<FileId> read;
+  FileId id;
+  for (const std::string& source : sources_) {
+    if (idOf(source + kHeader, &id)) read.insert(id);
+    for (const char* suffix : kFamily) {
+      if (idOf(source + suffix, &id)) read.insert(id);
+    }
+  }
+  std::vector<std::string> replaced = {root_ + kHeader};
+  for (const char* suffix : kFamily) replaced.push_back(root_ + suffix);
+  for (const fs::path& path : filesWithPrefix(workRoot_)) replaced.push_back(path.string());
+  for (const std::string& path : replaced) {
+    if (idOf(path, &id) && read.count(id) != 0) {
+      THROW(Merge, "the new index would replace '" << path << "', a file of one that is merged");
+    }
+  }
+}
+
+void IndexMerger::discard(const std::string& root) {
+  for (const fs::path& path : filesWithPrefix(root + kWorkSuffix)) {
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+  }
+}
+
+void IndexMerger::build(TkStemmer* stemmer) {
+  discard(root_);
+  mergeDocuments();
+  mergeFields();
+  mergeWords();
+  mergeDigests();
+  if (stemmer == nullptr) return;
+  NameManager name(workRoot_.c_str(), 20);
+  CREATE_UNSTEM_INDEX(&name, stemmer, documents_);
+}
+
+void IndexMerger::mergeDocuments() {
+  VymTypes types(workRoot_.c_str(), 0);
+  DcDocumentListMerger list(workRoot_.c_str(), &types);
+  for (const std::string& source : sources_) counts_.push_back(list.addIndex(source.c_str()));
+  list.done();
+  for (const int count : counts_) documents_ += count;
+  repeatedFiles_ = list.repeatedFiles();
+}
+
+void IndexMerger::mergeFields() {
+  const std::string names = bytesOf(sources_[0] + ".fnam");
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    const std::string& source = sources_[i];
+    if (bytesOf(source + ".fnam") != names) {
+      THROW(Merge,
+            "the indexes '" << sources_[0] << "' and '" << source << "' have different fields");
+    }
+    std::error_code error;
+    if (fs::file_size(source + ".fidx", error) !=
+        static_cast<std::uintmax_t>(counts_[i]) * kFastPosition) {
+      THROW(Merge,
+            "'" << source << ".fidx' doesn't have the fields of " << counts_[i] << " documents");
+    }
+    if (!DcFieldsCreator::mergeFastFields(source.c_str(), workRoot_.c_str(), nullptr)) {
+      THROW(Merge, "the fields of the index '" << source << "' cannot be read");
+    }
+  }
+  std::ofstream file(workRoot_ + ".fnam", std::ios::binary | std::ios::trunc);
+  if (!(file << names).flush()) THROW(Merge, "'" << workRoot_ << ".fnam' cannot be written");
+}
+
+void IndexMerger::mergeWords() {
+  VymTypes types(workRoot_.c_str(), 0);
+  TkPassStem stemmer;
+  DcMetaDocManager documents(workRoot_.c_str(), &stemmer, nullptr, &types);
+  std::ofstream(workRoot_ + ".size") << documents.corpusSize();
+  const std::unique_ptr<IkIndex> index(IkIndex::index(workRoot_.c_str()));
+  index->recordProximity(positions_);
+  index->setOptions(&documents);
+
+  const std::unique_ptr<FdBag> roots(Fd::Queue());
+  std::vector<std::unique_ptr<IkMergeDeleter>> kept;
+  std::vector<IkMergeDeleter*> deleters;
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    const std::string& source = sources_[i];
+    IkIndexInfo info;
+    info.read((source + kHeader).c_str());
+    if (i == 0) {
+      index->numDigestWords(info.numDigestWords);
+      index->minDocumentLength(info.minDocumentLength);
+    }
+    if (info.numDigestWords != index->numDigestWords() ||
+        info.minDocumentLength != index->minDocumentLength() ||
+        info.similarityVersion != index->similarityVersion()) {
+      THROW(Merge, "the index '" << source << "' was built with other weights than the rest");
+    }
+    if (info.totalNumChunks < 0 || info.totalNumChunks > counts_[i]) {
+      THROW(Merge, "the index '" << source << "' has words of more documents than it lists");
+    }
+    // Nothing comes behind the last source.
+    const int wordless = i + 1 < sources_.size() ? counts_[i] - info.totalNumChunks : 0;
+    kept.push_back(std::make_unique<KeepsNumbers>(wordless));
+    deleters.push_back(kept.back().get());
+    roots->insert(source.c_str(), static_cast<int>(source.size()) + 1, nullptr, 0);
+  }
+  index->mergeAdditive(roots.get(), 1, deleters.data());
+}
+
+std::string IndexMerger::newWordNumbersFile(std::size_t source) const {
+  char suffix[20];
+  std::snprintf(suffix, sizeof suffix, ".tmp.%.4x", static_cast<unsigned>(source));
+  return workRoot_ + suffix;
+}
+
+void IndexMerger::mergeDigests() {
+  IkTransposeMerger digests(workRoot_.c_str());
+  int first = 0;
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    const std::string numbers = newWordNumbersFile(i);
+    digests.addIndex(sources_[i].c_str(), numbers.c_str(), first);
+    removeOrThrow(numbers);
+    first += counts_[i];
+  }
+  digests.done();
+  IkIndexInfo info;
+  info.read((workRoot_ + kHeader).c_str());
+  words_ = info.numTerms;
+}
+
+void IndexMerger::moveIntoPlace() {
+  removeOrThrow(root_ + kHeader);
+  for (const char* suffix : kFamily) removeOrThrow(root_ + suffix);
+  for (const char* suffix : kFamily) {
+    if (isThere(workRoot_ + suffix)) moveOrThrow(workRoot_ + suffix, root_ + suffix);
+  }
+  moveOrThrow(workRoot_ + kHeader, root_ + kHeader);
+}
+
+}  // namespace vandrelle

@@ -1,0 +1,155 @@
+// Builds an index of feeds: files that hold many articles of one layout.
+//
+//   vandrelleFeed -R root -type N [options] file or folder ...
+//
+//   -type N          the layout, 1 to 14; docs/feeds.md tells what each is
+//   -prox            record where in its document each word stands
+//   -flist F         take the names of files from this list, before the others
+//   -stem F -stop F  the compiled tables; and -log F, -prog F, -mapfile F, -fsum, -qsum,
+//                    -nss N, -sroot R: all as for vandrelleIndex
+//
+// The stages are those of vandrelleIndex, and so are log and index. The exit status
+// is 0, 1 after one line on the error stream (no documents, no room, a damaged table),
+// 2 for an option that is wrong.
+
+#include <signal.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <exception>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "Document/DcUserTypes.h"
+#include "Driver/DocumentIndex.h"
+#include "Driver/DriverOptions.h"
+#include "Driver/IndexBuild.h"
+#include "Exception.h"
+#include "Fun/FdWrapper.h"
+#include "Tool/CommandLine.h"
+#include "Tool/PrintableText.h"
+#include "Tool/Timer.h"
+
+namespace vandrelle {
+namespace {
+
+constexpr const char* kUsage =
+    "usage: vandrelleFeed -R root -type N [-prox] [-stem F] [-stop F] [-flist F] [-mapfile F] "
+    "[-fsum | -qsum] [-nss 2] [-sroot R] [-log F] [-prog F] file ...";
+
+constexpr int kFirstType = 1;
+constexpr int kLastType = 14;
+
+struct Option {
+  const char* name;
+  const char* flag;
+  const char* defaultValue = nullptr;
+};
+
+constexpr Option kValued[] = {{"root", "-R"},           {"type", "-type"},
+                              {"stemmer", "-stem"},     {"stopper", "-stop"},
+                              {"filelist", "-flist"},   {"mapfile", "-mapfile"},
+                              {"sumsent", "-nss", "2"}, {"summaryroot", "-sroot"},
+                              {"log", "-log"},          {"progress", "-prog"}};
+constexpr Option kFlags[] = {{"prox", "-prox"}, {"fastsum", "-fsum"}, {"qualitysum", "-qsum"}};
+
+bool refuse(const std::string& what) {
+  std::cerr << "vandrelleFeed: " << what << '\n';
+  return false;
+}
+
+bool isValued(const char* token) {
+  return std::any_of(std::begin(kValued), std::end(kValued), [token](const Option& option) {
+    return std::strcmp(token, option.flag) == 0;
+  });
+}
+
+bool isNumber(const char* text, int least, int most, int* value) {
+  const char* const end = text + std::strlen(text);
+  const auto [rest, error] = std::from_chars(text, end, *value);
+  return error == std::errc() && rest == end && least <= *value && *value <= most;
+}
+
+// False, with a line on the error stream, for options that are wrong.
+bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
+  if (argc < 2) return refuse(kUsage);
+  for (const Option& option : kValued) {
+    options->arg_double(option.name, option.flag, option.defaultValue);
+  }
+  for (const Option& option : kFlags) options->arg_flag(option.name, option.flag, nullptr);
+  options->parse(argc, argv);
+
+  if (isValued(argv[argc - 1]) && !isValued(argv[argc - 2])) {
+    return refuse(std::string(argv[argc - 1]) + " needs a value; " + kUsage);
+  }
+  for (int i = 0; i < options->numUnusedArgs(); ++i) {
+    const char* const word = options->unusedArg(i);
+    if (word[0] == '-') {
+      return refuse("there is no option '" + printable(word) + "'; " + kUsage);
+    }
+  }
+  if (!options->exist_arg("root") || !options->exist_arg("type") ||
+      (options->numUnusedArgs() == 0 && !options->exist_arg("filelist"))) {
+    return refuse(kUsage);
+  }
+  if (!isNumber(options->str_arg("type"), kFirstType, kLastType, type)) {
+    return refuse(std::string("-type takes a number from 1 to 14, not '") +
+                  printable(options->str_arg("type")) + "'");
+  }
+  int sentences;
+  if (!isNumber(options->str_arg("sumsent"), 1, 1000000, &sentences)) {
+    return refuse(std::string("-nss takes a number from 1 on, not '") +
+                  printable(options->str_arg("sumsent")) + "'");
+  }
+  return true;
+}
+
+void buildIndex(CommandLine& options, int type) {
+  const std::unique_ptr<Timer> timer(Timer::Create());
+  timer->reset();
+  timer->start();
+  increaseDescriptorLimit();
+  FdSStream names(options.unusedArgs(), 1);
+  names.reset();
+  IndexBuild build(options.str_arg("root"), timer.get());
+  build.openLogs(options.str_arg("log"), options.str_arg("progress"));
+  build.makeTools(options.str_arg("stemmer"), options.str_arg("stopper"),
+                  options.exist_arg("prox"));
+  buildFeedIndex(build.rootname(), type, &names, options.str_arg("filelist"),
+                 summaryModeOf(options), options.int_arg("sumsent"), build.logger(),
+                 options.str_arg("summaryroot"), options.str_arg("mapfile"), build.realStemmer());
+  build.resumeProgress();
+  build.compile(nullptr);
+}
+
+int run(int argc, char** argv) {
+  // Writing past a file size limit is to fail like a full disk, not to kill.
+  ::signal(SIGXFSZ, SIG_IGN);
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    CommandLine options;
+    int type = 0;
+    if (!readOptions(argc, argv, &options, &type)) return 2;
+    buildIndex(options, type);
+    return 0;
+  }
+  environment.restore_env();
+  refuse(ExceptionManager::instance()->pop()->message());
+  return 1;
+}
+
+}  // namespace
+}  // namespace vandrelle
+
+int main(int argc, char** argv) {
+  // Memory that is out ends the run as any other failure does.
+  try {
+    return vandrelle::run(argc, argv);
+  } catch (const std::exception& failure) {
+    vandrelle::refuse(failure.what());
+    return 1;
+  }
+}

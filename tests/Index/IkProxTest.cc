@@ -9,7 +9,6 @@
 #include "Index/IkProxBinder.h"
 #include "Index/IkProxCreator.h"
 #include "Index/IkTempfile.h"
-#include "Storage/StFileStorage.h"
 #include "Storage/StPosMapCreator.h"
 
 namespace vandrelle {
@@ -67,22 +66,6 @@ TEST(IkProx, FindsWordsByTheMap) {
     buffer->state(begin);
     if (word % 3 == 0) continue;
     EXPECT_EQ(buffer->readnum(), word);
-  }
-}
-
-TEST(IkProx, PassesOverNumbers) {
-  const std::string path = testing::TempDir() + "skipped.prx";
-  const auto number = [](uint32 i) { return i % 7 == 0 ? 1u << i % 32 : i; };
-  {
-    IkProxCreator creator(path.c_str());
-    for (uint32 i = 0; i < 100; ++i) creator.writenum(number(i));
-  }
-  StFileStorage storage(path.c_str(), true);
-  storage.Open(false, false);
-  for (uint32 count = 0; count <= 101; ++count) {
-    IkProxBuffer buffer(StStoragePos(), storage.MaxPos().Lo(), &storage);
-    EXPECT_EQ(thrownBy([&] { buffer.skip(count); }).empty(), count <= 100);
-    EXPECT_EQ(count < 100 ? buffer.readnum() : number(count), number(count));
   }
 }
 

@@ -8,7 +8,7 @@
 
 #include "Document/DcHeaderDocument.h"
 #include "DocumentImpl/DiText.h"
-#include "Fun/FdBag.h"
+#include "Fun/FdBDBMTable.h"
 #include "Fun/FdDBMManager.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/SysTools.h"
@@ -59,9 +59,10 @@ DiWebCrawlerHeaderParser::~DiWebCrawlerHeaderParser() {
     storeS32(count, docNum_);
     urlTable_->insert(kCountKey, sizeof kCountKey, count, sizeof count);
   }
-  delete urlTable_;
-  delete lruTable_;
-  delete titleTable_;
+  for (FdBag* table : {urlTable_, lruTable_, titleTable_}) {
+    if (create_ && table != nullptr) static_cast<FdBDBMTable*>(table)->flush();
+    delete table;
+  }
 }
 
 void DiWebCrawlerHeaderParser::openTables() {

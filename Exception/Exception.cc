@@ -96,7 +96,8 @@ void ExceptionManager::default_catch_handler() {
   std::exit(-1);
 }
 
-extern "C" void throw_break() {}
+// The empty instruction keeps the calls, where nothing would be left to stop at.
+extern "C" [[gnu::noinline]] void throw_break() { asm volatile(""); }
 
 ExceptionEnvironment::ExceptionEnvironment()
     : last_env_(ExceptionManager::instance()->environment()) {

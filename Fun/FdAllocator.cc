@@ -15,7 +15,7 @@ void FdAllocator::allocateNew() {
   const std::size_t step = static_cast<std::size_t>(stride());
   const std::size_t bytes = static_cast<std::size_t>(chunksize_) * step;
   char* chunk = static_cast<char*>(::operator new(bytes));
-  totalBytes_ += static_cast<int>(bytes);
+  totalBytes_ += static_cast<std::int64_t>(bytes);
   chunks_.push(chunk);
   for (std::size_t offset = 0; offset < bytes; offset += step) deallocate(chunk + offset);
 }

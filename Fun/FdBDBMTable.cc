@@ -62,6 +62,10 @@ bool FdBDBMTable::removeImpl(const void* key, int keySize, void* data, int* data
   return true;
 }
 
+void FdBDBMTable::flush() {
+  if (table_->sync(table_, 0) != 0) THROW(DBM, "Couldn't write " << name_);
+}
+
 FdIterator* FdBDBMTable::iterator() { return new FdBDBMIterator(this); }
 
 FdBDBMIterator::FdBDBMIterator(FdBDBMTable* table) : table_(table) { FdBDBMIterator::reset(); }

@@ -4,7 +4,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <fstream>
 #include <string>
 
 #include "Fun/FdBDBMTable.h"
@@ -44,8 +47,24 @@ class KeptRandomState {
   char* kept_;
 };
 
+// False for a file that is no table of the kind, by the magic number that stands at
+// byte 12 in either byte order: the library would say so on the error stream. What
+// cannot be read, and an empty file, is left to the library.
+bool mayBe(const char* name, DBTYPE type) {
+  std::ifstream is(name, std::ios::binary);
+  char first[16];
+  is.read(first, sizeof first);
+  if (is.gcount() == 0) return true;
+  if (!is) return false;
+  std::uint32_t magic;
+  std::memcpy(&magic, first + 12, sizeof magic);
+  const std::uint32_t expected = type == DB_HASH ? 0x061561 : 0x053162;
+  return magic == expected || magic == __builtin_bswap32(expected);
+}
+
 DB* opened(const char* name, int flags, DBTYPE type, const void* info) {
   if (name == nullptr) return nullptr;
+  if ((flags & O_TRUNC) == 0 && !mayBe(name, type)) return nullptr;
   if ((flags & O_CREAT) != 0) removeUnfinished(name);
   const KeptRandomState state;
   DB* const database = dbopen(name, flags, kPermissions, type, info);
@@ -55,7 +74,7 @@ DB* opened(const char* name, int flags, DBTYPE type, const void* info) {
 
 FdBag* tableOf(DB* database, const char* name, int mode) {
   if (database == nullptr) THROW(DBM, kFailures[mode] << (name != nullptr ? name : ""));
-  return new FdBDBMTable(database);
+  return new FdBDBMTable(database, name);
 }
 
 }  // namespace
@@ -109,7 +128,7 @@ FdBag* FdDBMManager::Bind(const char* name) {
   if (database == nullptr) {
     THROW(DBM, "Failed to initialize DBM table" << (name != nullptr ? name : ""));
   }
-  return new FdBDBMTable(database);
+  return new FdBDBMTable(database, name);
 }
 
 FdBag* FdDBMManager::Ndbm(const char*) {

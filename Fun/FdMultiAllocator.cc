@@ -20,8 +20,8 @@ void FdMultiAllocator::deallocateAll() {
   }
 }
 
-int FdMultiAllocator::totalBytes() const {
-  int bytes = 0;
+std::int64_t FdMultiAllocator::totalBytes() const {
+  std::int64_t bytes = 0;
   for (const auto& pool : allocTable_) {
     if (pool != nullptr) bytes += pool->totalBytes();
   }

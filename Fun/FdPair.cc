@@ -12,6 +12,9 @@ namespace vandrelle {
 
 namespace {
 
+// In the written form, where 0 is the end of a run.
+constexpr std::uint32_t kEmptyPair = 0xfff00000;
+
 void copyOut(void* place, int* size, const void* from, int exact, int rounded) {
   const int room = size != nullptr ? std::min(*size, exact) : exact;
   if (place != nullptr && room > 0) std::memcpy(place, from, static_cast<std::size_t>(room));
@@ -66,10 +69,11 @@ void FdPair::destroy(FdPair* pair) { ::operator delete(pair); }
 FdPair* FdPair::read(std::istream& is, void* place) {
   unsigned char word[4];
   if (!is.read(reinterpret_cast<char*>(word), 4)) return nullptr;
-  const FdPairInfo info(static_cast<std::uint32_t>(word[0]) << 24 |
-                        static_cast<std::uint32_t>(word[1]) << 16 |
-                        static_cast<std::uint32_t>(word[2]) << 8 | word[3]);
+  FdPairInfo info(static_cast<std::uint32_t>(word[0]) << 24 |
+                  static_cast<std::uint32_t>(word[1]) << 16 |
+                  static_cast<std::uint32_t>(word[2]) << 8 | word[3]);
   if (info.packed() == 0) return nullptr;
+  if (info.packed() == kEmptyPair) info = FdPairInfo();
   FdPair* pair = place != nullptr ? new (place) FdPair(info) : make(info);
   pair->exactKeySize_ = static_cast<std::uint16_t>(pair->keySize());
   pair->exactDataSize_ = static_cast<std::uint16_t>(pair->dataSize());
@@ -82,7 +86,7 @@ FdPair* FdPair::read(std::istream& is, void* place) {
 }
 
 void FdPair::write(std::ostream& os, const FdPair* pair) {
-  const std::uint32_t packed = pair->info_.packed();
+  const std::uint32_t packed = pair->info_.packed() != 0 ? pair->info_.packed() : kEmptyPair;
   const char word[4] = {static_cast<char>(packed >> 24), static_cast<char>(packed >> 16),
                         static_cast<char>(packed >> 8), static_cast<char>(packed)};
   os.write(word, 4);

@@ -39,15 +39,15 @@ void FdStack::insert(const void* key, int keySize, const void* data, int dataSiz
 }
 
 bool FdStack::put(const void* key, int keySize, const void* data, int dataSize) {
-  FdPair* old = allowDuplicatesPolicy() == 0 ? findPair(key, keySize, true) : nullptr;
-  if (old != nullptr && old->dataSize() == dataSize) {
-    FdPair::setData(old, data, dataSize);
-    insertPair(old);
-    return false;
-  }
-  // The new pair is made before the old one goes: `data` may point into it.
-  insertPair(newPair(key, keySize, data, dataSize));
-  if (old != nullptr) deletePair(old);
+  FdPair* old = allowDuplicatesPolicy() == 0 ? findPair(key, keySize, false) : nullptr;
+  const bool fits = old != nullptr && old->dataSize() == dataSize;
+  // The new pair is made before the old one goes: that may throw, and `data` may
+  // point into the old one.
+  FdPair* pair = fits ? old : newPair(key, keySize, data, dataSize);
+  if (old != nullptr) findPair(key, keySize, true);
+  if (fits) FdPair::setData(old, data, dataSize);
+  insertPair(pair);
+  if (old != nullptr && !fits) deletePair(old);
   return old == nullptr;
 }
 

@@ -1,6 +1,5 @@
 #include "KeyFile/KdChunkCreator.h"
 
-#include <climits>
 #include <cstring>
 
 #include "KeyFile/KdChunk.h"
@@ -119,6 +118,11 @@ void KdChunkCreator::Add_Entry_To_Buffer(const WmWord* aWord, const void* data) 
   chunk_bytes_ += entry_size_;
 }
 
+void KdChunkCreator::Pass_Chunk() {
+  if (keyfile_pos_ > INT32_MAX - chunk_bytes_) THROW(IO, "Key file would pass 2 gigabytes.");
+  keyfile_pos_ += chunk_bytes_;
+}
+
 void KdChunkCreator::Write_Chunk_To_Disk() {
   if (chunk_bytes_ == 0) return;
   key_file_.write(reinterpret_cast<const char*>(chunk_buf_.get()), chunk_bytes_);
@@ -151,7 +155,7 @@ void KdChunkCreator::Create_Last_Chunk(int32 prev_chunk_size) {
 }
 
 void KdChunkCreator::Close_Key_File() {
-  keyfile_pos_ += chunk_bytes_;
+  Pass_Chunk();
   Write_Chunk_To_Disk();
   key_file_.close();
   if (!key_file_) THROW(IO, "Error writing key file.");

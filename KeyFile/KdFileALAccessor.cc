@@ -11,7 +11,8 @@ std::vector<unsigned char> KdReadWholeFile(std::ifstream* file) {
   file->seekg(0, std::ios::end);
   const std::streamoff bytes = file->tellg();
   std::vector<unsigned char> content;
-  if (bytes <= 0) return content;
+  // A folder tells an endless size.
+  if (bytes <= 0 || bytes > INT32_MAX) return content;
   content.resize(static_cast<std::size_t>(bytes));
   file->seekg(0);
   file->read(reinterpret_cast<char*>(content.data()), bytes);
@@ -47,21 +48,21 @@ bool KdReadPointers(const unsigned char* from, std::size_t bytes, int32 num_chun
 KdFileALAccessor::KdFileALAccessor(std::ifstream* ptr_file, int keyfile_fd, KdDataPlace place)
     : KdChunkAccessor(keyfile_fd) {
   const std::vector<unsigned char> content = KdReadWholeFile(ptr_file);
-  if (content.size() < KdHeader::kBytes) fail("Error reading pointer file.", "");
+  if (content.size() < KdHeader::kBytes) fail("Error reading pointer file.");
   const KdHeader header = KdHeader::load(content.data());
-  if (header.type < 7 || header.type > 11) fail("Unrecognized pointer file type.", "");
+  if (header.type < 7 || header.type > 11) fail("Unrecognized pointer file type.");
   layout_ = {place, header.type >= 9, 0};
   if (!KdReadPointers(content.data() + KdHeader::kBytes, content.size() - KdHeader::kBytes,
                       header.num_chunks, &records_, &words_)) {
-    fail("Error reading pointer file.", "");
+    fail("Error reading pointer file.");
   }
   bindTable(header, records_.data(), words_.data(), static_cast<int64_t>(words_.size()));
 }
 
 KdFileALAccessor::~KdFileALAccessor() { Close_Keyfile(); }
 
-void KdFileALAccessor::fail(const char* text, const char* detail) {
-  THROW(KdAccess, text << detail);
+void KdFileALAccessor::fail(const char* text, const char* detail, const char* source, int line) {
+  THROW_FROM(KdAccess, source, line, text << detail);
 }
 
 KdStream* KdFileALAccessorCon::iterator() { return new KdStreamCon(this); }

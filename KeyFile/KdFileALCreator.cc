@@ -1,6 +1,5 @@
 #include "KeyFile/KdFileALCreator.h"
 
-#include <climits>
 #include <cstring>
 
 #include "KeyFile/KdChunk.h"
@@ -38,8 +37,7 @@ KdFileALCreator::~KdFileALCreator() {
 }
 
 void KdFileALCreator::Write_To_Pointer_File(const WmWord* aWord) {
-  if (keyfile_pos_ > INT32_MAX - chunk_bytes_) THROW(IO, "Key file would pass 2 gigabytes.");
-  keyfile_pos_ += chunk_bytes_;
+  Pass_Chunk();
   const int letters = aWord->num_letters();
   char record[4 + 2 + 64 + 4];
   storeS32(record, keyfile_pos_);

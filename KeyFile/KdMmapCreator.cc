@@ -1,6 +1,5 @@
 #include "KeyFile/KdMmapCreator.h"
 
-#include <climits>
 #include <memory>
 
 #include "KeyFile/KdChunk.h"
@@ -40,8 +39,7 @@ KdMmapCreator::~KdMmapCreator() {
 }
 
 void KdMmapCreator::Write_To_Pointer_File(const WmWord* aWord) {
-  if (keyfile_pos_ > INT32_MAX - chunk_bytes_) THROW(IO, "Key file would pass 2 gigabytes.");
-  keyfile_pos_ += chunk_bytes_;
+  Pass_Chunk();
   char record[12];
   storeS32(record, keyfile_pos_);
   storeS32(record + 4, wrd_file_pos_);

@@ -15,7 +15,6 @@ KdHeader KdHeader::load(const unsigned char* from) {
 const char* KdPointerTable::set(const KdHeader& header, const unsigned char* records,
                                 const unsigned char* words, int64_t word_bytes,
                                 int64_t keyfile_bytes) {
-  if (header.num_chunks < 0) return "a negative number of chunks";
   if (header.chunk_size < 0) return "a negative chunk size";
   if (header.total_bytes < 0 || header.total_bytes > keyfile_bytes) {
     return "the key file is shorter than it should be";
@@ -41,7 +40,7 @@ const char* KdPointerTable::check(int32 chunk_size, int64_t word_bytes) {
     const int32 at = loadS32(record(i) + 4);
     if (at < 0 || at >= word_bytes) return "a word's offset";
     const int letters = words_[at];
-    if (letters == 0 || letters > kKdMaxLetters || at + letters >= word_bytes) {
+    if (letters == 0 || letters > kKdMaxLetters || int64_t{at} + letters >= word_bytes) {
       return "a word's length";
     }
     // An entry has two bytes at least.

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "KeyFile/KdFileALAccessor.h"
+
 namespace vandrelle {
 
 namespace {
@@ -21,11 +23,21 @@ bool hasDigit(const WmWord* word) {
 }  // namespace
 
 KdStopAccessor::KdStopAccessor(std::ifstream* ptr_file, int keyfile_fd) : keyfile_fd_(keyfile_fd) {
-  struct stat status;
-  if (fstat(keyfile_fd_, &status) != 0) THROW(KdAccess, "Can't read buffer off disk");
-  const char* fault = table_.read(ptr_file, status.st_size);
+  const char* fault;
+  {
+    // Nothing here may be left by a throw.
+    const std::vector<unsigned char> content = KdReadWholeFile(ptr_file);
+    fault = bindTable(content.data(), content.size());
+  }
   if (fault != nullptr) THROW(KdAccess, "Pointer file is damaged: " << fault);
-  chunk_buf_ = chunkBuffer(table_);
+}
+
+const char* KdStopAccessor::bindTable(const unsigned char* ptr_file, std::size_t bytes) {
+  struct stat status;
+  if (fstat(keyfile_fd_, &status) != 0) return "its key file cannot be looked at";
+  const char* fault = table_.read(ptr_file, bytes, status.st_size);
+  if (fault == nullptr) chunk_buf_ = chunkBuffer(table_);
+  return fault;
 }
 
 KdStopAccessor::~KdStopAccessor() {

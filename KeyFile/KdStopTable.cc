@@ -2,10 +2,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
 
 #include "KeyFile/KdChunk.h"
-#include "KeyFile/KdFileALAccessor.h"
 #include "KeyFile/KdStopEntry.h"
 
 namespace vandrelle {
@@ -54,15 +52,13 @@ void KdStopEntry::buildData(const WmWord* key, WmWord* to) const {
   }
 }
 
-const char* KdStopTable::read(std::ifstream* ptr_file, int64_t keyfile_bytes) {
-  const std::vector<unsigned char> content = KdReadWholeFile(ptr_file);
-  if (content.size() < kKdStopHeaderBytes + kKdStopTableBytes) return "it is too short";
-  const unsigned char* from = content.data();
+const char* KdStopTable::read(const unsigned char* from, std::size_t bytes, int64_t keyfile_bytes) {
+  if (bytes < kKdStopHeaderBytes + kKdStopTableBytes) return "it is too short";
   if (loadU16(from + 4) > 1) return "the way of storing data";
   const int max_chunk_size = loadS16(from + 6);
   keyfile_bytes_ = 2 * loadU16(from + 8);
   if (keyfile_bytes_ > keyfile_bytes) return "the key file is shorter than it should be";
-  const std::size_t record_bytes = content.size() - kKdStopHeaderBytes - kKdStopTableBytes;
+  const std::size_t record_bytes = bytes - kKdStopHeaderBytes - kKdStopTableBytes;
   const char* fault = readRecords(from + kKdStopHeaderBytes, record_bytes, loadU16(from + 10));
   if (fault != nullptr) return fault;
   for (int i = 0; i < count(); ++i) {

@@ -12,8 +12,8 @@
 #include "KeyFile/KdInlineCreate.h"
 #include "KeyFile/KdMmapAccessor.h"
 #include "KeyFile/KdMmapCreator.h"
-#include "KeyFile/KdStopAccessor.h"
-#include "KeyFile/KdStopCreator.h"
+#include "KeyFile/KdMmapStopAccessor.h"
+#include "KeyFile/KdMmapStopCreator.h"
 #include "Tool/NameManager.h"
 #include "Tool/SysTools.h"
 
@@ -23,8 +23,8 @@ namespace {
 
 constexpr int kMaxSuffix = 20;
 
-KdFileAccessor* bindKind(const char* filename, int32 code, int accessType, std::ifstream* ptr_file,
-                         int keyfile_fd) {
+KdFileAccessor* bindKind(const char* filename, const char* ptr_name, int32 code, int accessType,
+                         std::ifstream* ptr_file, int keyfile_fd) {
   switch (code) {
     case 7:
     case 10:
@@ -46,7 +46,8 @@ KdFileAccessor* bindKind(const char* filename, int32 code, int accessType, std::
     case 13:
       return new KdStopAccessor(ptr_file, keyfile_fd);
     case 15:
-      THROW(KdAccess, "Key files of type " << code << " can't be read.");
+      ptr_file->close();
+      return new KdMmapStopAccessor(ptr_name, keyfile_fd);
     default:
       THROW(KdAccess, "Unexpected field in pointer file.");
   }
@@ -72,7 +73,7 @@ KdFileCreator* KfKeyFileManager::KdCreate(const char* file_name, int32 chunk_siz
     case 13:
       return new KdStopCreator(file_name, chunk_size, data_size, this_file_type);
     case 15:
-      THROW(KdCreate, "Key files of type " << this_file_type << " can't be written.");
+      return new KdMmapStopCreator(file_name, chunk_size, data_size, this_file_type);
     default:
       THROW(KdCreate, "Invalid type passed to KdCreate");
   }
@@ -91,7 +92,8 @@ KdFileAccessor* KfKeyFileManager::KdBind(const char* filename, int accessType) {
     ptr_file.read(code, sizeof code);
     if (!ptr_file) THROW(KdAccess, "Unexpected field in pointer file.");
     ptr_file.seekg(0);
-    return bindKind(filename, loadS32(code), accessType, &ptr_file, keyfile_fd);
+    return bindKind(filename, names.suffix(".ptr"), loadS32(code), accessType, &ptr_file,
+                    keyfile_fd);
   }
   environment.restore_env();
   ptr_file.close();

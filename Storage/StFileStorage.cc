@@ -19,10 +19,12 @@ namespace {
 
 void* const kMapped = reinterpret_cast<void*>(1);
 
-// Both throw on behalf of the storage at `path`.
-[[noreturn]] void fail(const char* what, const char* path) { THROW(St, what << StFileText{path}); }
-[[noreturn]] void failSystem(const char* what, const char* path) {
-  THROW(St, what << StFileSystemText{path});
+// Both throw on behalf of the storage at `path`, from the caller's line.
+[[noreturn]] void fail(const char* what, const char* path, int line = __builtin_LINE()) {
+  THROW_AT(St, line, what << StFileText{path});
+}
+[[noreturn]] void failSystem(const char* what, const char* path, int line = __builtin_LINE()) {
+  THROW_AT(St, line, what << StFileSystemText{path});
 }
 
 }  // namespace
@@ -66,9 +68,8 @@ std::string StFileStorage::FilePath(std::uint64_t i) const {
 void StFileStorage::Initialize() {
   if (root == nullptr) fail("Must specify root before initializing", "");
   if (isOpen) fail("Can't initialize open storage!", Root());
-  struct stat status;
-  if (stat(Root(), &status) == 0 && S_ISDIR(status.st_mode)) {
-    RemoveDirectoryStorage();
+  if (DIR* entries = opendir(Root())) {
+    RemoveDirectoryStorage(entries);
   } else if (unlink(Root()) != 0 && errno != ENOENT) {
     failSystem("Can't remove file for init", Root());
   }
@@ -79,9 +80,7 @@ void StFileStorage::Initialize() {
   isWritable = true;
 }
 
-void StFileStorage::RemoveDirectoryStorage() {
-  DIR* entries = opendir(Root());
-  if (entries == nullptr) failSystem("Can't remove directory for init", Root());
+void StFileStorage::RemoveDirectoryStorage(DIR* entries) {
   while (const dirent* entry = readdir(entries)) {
     if (entry->d_name[0] != '0') continue;
     if (unlinkat(dirfd(entries), entry->d_name, 0) != 0) {

@@ -11,6 +11,7 @@ void StMapStorage::Initialize() { THROW(St, "Can't initialize StMapStorage" << S
 void StMapStorage::Open(bool writable, bool create) {
   if (writable) THROW(St, "Can't open writable StMapStorage" << StFileText{root_});
   if (create) THROW(St, "Can't create StMapStorage" << StFileText{root_});
+  isOpen = false;
   struct stat status;
   if (stat(root_, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0) {
     map_.release();  // nothing to map

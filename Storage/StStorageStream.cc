@@ -50,19 +50,22 @@ void StStorageStream::close() {
   if (internal_) delete storage_;
   storage_ = nullptr;
   internal_ = 0;
+  mode_ = 0;
   isOpen_ = 0;
   pos_ = maxpos_ = StStoragePos();
 }
 
 void StStorageStream::flush() { releaseBuffer(); }
 
-// The buffer that appends is longer than what was written to it.
+// The buffer that appends is longer than what was written to it. The stream has let
+// go of it before the storage may throw.
 void StStorageStream::releaseBuffer() {
   if (!sbuf_.valid()) return;
-  sbuf_.release();
-  if (bufend_ > maxpos_) storage_->SetMaxPos(maxpos_);
+  const bool longer = bufend_ > maxpos_;
   buf_ = nullptr;
   bufbeg_ = bufend_ = StStoragePos();
+  sbuf_.release();
+  if (longer) storage_->SetMaxPos(maxpos_);
 }
 
 int StStorageStream::seek(const StStoragePos& pos, int mode) {

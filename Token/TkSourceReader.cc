@@ -1,20 +1,18 @@
 #include "Token/TkSourceReader.h"
 
+#include <cstdio>
 #include <istream>
-#include <streambuf>
 
 #include "Token/CharacterClass.h"
 
 namespace vandrelle {
 
 bool TkSourceReader::next() {
-  using Traits = std::istream::traits_type;
-  std::streambuf* from = is_->rdbuf();
   token_.clear();
   for (;;) {
-    const Traits::int_type got = from->sgetc();
-    if (Traits::eq_int_type(got, Traits::eof())) return !token_.empty();
-    const char c = Traits::to_char_type(got);
+    const int got = is_->peek();
+    if (got == EOF) return !token_.empty() && !is_->bad();
+    const char c = static_cast<char>(got);
     if (character_class::isSpace(c)) {
       if (!token_.empty()) return true;
       if (c == '\n') ++line_;
@@ -22,7 +20,7 @@ bool TkSourceReader::next() {
       if (token_.empty()) tokenLine_ = line_;
       if (token_.size() < kMaxToken) token_ += c;
     }
-    from->sbumpc();
+    is_->get();
   }
 }
 

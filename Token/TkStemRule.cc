@@ -10,9 +10,17 @@ namespace {
 
 // Where things stand in a rule's bytes; the bits of its last byte but two.
 constexpr int kNumReplace = 6, kReplace = 7, kBits = 9;
-constexpr int kAppendShift = 6, kCont = 1 << 5, kIntact = 1 << 4, kIgnoreSize = 1 << 3;
+constexpr int kAppendShift = 6, kCont = 1 << 5, kIntact = 1 << 4, kIgnoreSize = 1 << 3, kNoBits = 7;
 
 }  // namespace
+
+bool TkStemRule::isSound(const unsigned char* from) {
+  const unsigned char* end = std::find(from, from + kMaxSuffix, 0);
+  const int bits = from[kBits];
+  return std::count(end, from + kMaxSuffix, 0) == from + kMaxSuffix - end &&
+         bits >> kAppendShift <= kMaxAppend && (bits & kNoBits) == 0 && from[kBits + 1] == 0 &&
+         from[kBits + 2] == 0;
+}
 
 void TkStemRule::read(const unsigned char* from) {
   zero();

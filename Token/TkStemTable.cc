@@ -1,5 +1,7 @@
 #include "Token/TkStemTable.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <memory>
@@ -15,6 +17,7 @@ namespace {
 
 constexpr char kDefaultTable[] = "/Vandrelle/table/stem.tbl";
 constexpr int kTableHint = 128;  // for 64 buckets
+constexpr int kMaxGroup = 20;    // rules
 // A stem never gets shorter than this by a rule, and shorter words are left alone.
 constexpr int kMinStem = 3;
 // More rounds than any table needs that was made in earnest; ends those that
@@ -22,6 +25,20 @@ constexpr int kMinStem = 3;
 constexpr int kMaxRounds = 256;
 
 bool isRowLetter(char c) { return c >= 'a' && c <= 'z'; }
+
+// Are these the key and the rules of one group, as the compiler writes them? Rules
+// without a suffix stand under the command that they begin with.
+bool isGroup(const char* key, int keySize, const unsigned char* rules, int bytes) {
+  constexpr int kRuleBytes = sizeof(TkStemRule);
+  if (keySize != 4 || std::count(key, key + 4, key[0]) != 4) return false;
+  if (bytes % kRuleBytes != 0 || bytes > kMaxGroup * kRuleBytes) return false;
+  const bool isLetter = character_class::isLetter(key[0]) || key[0] == '\'';
+  for (const unsigned char* rule = rules; rule < rules + bytes; rule += kRuleBytes) {
+    if (rule[0] != static_cast<unsigned char>(isLetter ? key[0] : '\0')) return false;
+    if (!TkStemRule::isSound(rule)) return false;
+  }
+  return true;
+}
 
 bool isVowel(char c) { return c == 'a' || c == 'e' || c == 'i' || c == 'o' || c == 'u'; }
 
@@ -36,17 +53,20 @@ TkStemTable::TkStemTable(const char* ruletable) {
     opened = is.is_open();
     FdTable table(kTableHint);
     table.read(is);
-    whole = is.good();
-    readTableIntoArray(table);
+    whole = is.good() && is.peek() == EOF && readTableIntoArray(table);
   }
   if (!opened) THROW(TkStemmer, "Error opening stemmer rules file " << name);
   if (!whole) THROW(TkStemmer, "The stemmer rules file is damaged: " << name);
 }
 
-void TkStemTable::readTableIntoArray(FdTable& table) {
+bool TkStemTable::readTableIntoArray(FdTable& table) {
   const std::unique_ptr<FdIterator> groups(table.iterator());
   for (groups->reset(); groups->more(); groups->next()) {
     const auto* bytes = static_cast<const unsigned char*>(groups->data());
+    if (!isGroup(static_cast<const char*>(groups->key()), groups->keySize(), bytes,
+                 groups->dataSize())) {
+      return false;
+    }
     for (int left = groups->dataSize() / static_cast<int>(sizeof(TkStemRule)); left > 0; --left) {
       TkStemRule rule;
       rule.read(bytes);
@@ -61,6 +81,7 @@ void TkStemTable::readTableIntoArray(FdTable& table) {
       *tail = row[kLetters];
     }
   }
+  return true;
 }
 
 void TkStemTable::insertRule(const TkStemRule& rule) {

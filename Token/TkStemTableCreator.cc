@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <string>
@@ -8,6 +9,7 @@
 #include "Token/TkException.h"
 #include "Token/TkSourceReader.h"
 #include "Token/TkStemTable.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 
@@ -110,6 +112,10 @@ bool compile(std::istream& is, FdTable* table, TkSourceFault* fault) {
     }
     if (!group.add(rule)) return broken("more than 20 rules have this first letter");
   }
+  if (is.bad()) {
+    *fault = reader.unreadable();
+    return false;
+  }
   group.change('\0');
   return true;
 }
@@ -122,12 +128,15 @@ Outcome createQuietly(const char* rulefile, const char* ruletable) {
   if (!is.is_open()) return Outcome::kNoSource;
   FdTable table(kTableHint);
   TkSourceFault fault;
-  if (!compile(is, &table, &fault)) return Outcome::kBadRule;
-  if (is.bad()) return Outcome::kNoSource;
-  std::ofstream os(ruletable, std::ios::binary | std::ios::trunc);
+  if (!compile(is, &table, &fault)) return is.bad() ? Outcome::kNoSource : Outcome::kBadRule;
+  // The former table stays until the new one is whole.
+  const std::string unfinished = std::string(ruletable) + ".new";
+  std::ofstream os(unfinished, std::ios::binary | std::ios::trunc);
   table.write(os);
   os.close();
-  return os ? Outcome::kDone : Outcome::kNotWritten;
+  if (os && std::rename(unfinished.c_str(), ruletable) == 0) return Outcome::kDone;
+  SysTools::removeFile(unfinished.c_str());
+  return Outcome::kNotWritten;
 }
 
 }  // namespace

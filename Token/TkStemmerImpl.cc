@@ -12,9 +12,10 @@ namespace {
 
 constexpr int kMaxLetters = TkStemTable::kStemBuffer - 1;
 
-// Room for any word, whatever its length byte says.
+// Room for any word, whatever its length byte says; the empty word at first.
 struct WordRoom {
-  char bytes[256] = {};
+  char bytes[256];
+  WordRoom() { bytes[0] = 0; }
   WmWord* word() { return reinterpret_cast<WmWord*>(bytes); }
 };
 

@@ -1,11 +1,14 @@
 #include "Token/TkStopTable.h"
 
+#include <cstdio>
 #include <fstream>
+#include <string>
 
-#include "KeyFile/KdStopCreator.h"
+#include "KeyFile/KdStopAccessor.h"
 #include "KeyFile/KfKeyFileManager.h"
 #include "Token/CharacterClass.h"
 #include "Token/TkSourceReader.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 
@@ -20,9 +23,10 @@ constexpr int kKeyFileType = 12;
 }  // namespace
 
 TkStopTable::TkStopTable(const char* tableName) : table_(kBuckets) {
+  if (tableName == nullptr) tableName = kDefaultTable;
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
-    readStopFileIntoTable(tableName != nullptr ? tableName : kDefaultTable);
+    if (!readStopFileIntoTable(tableName)) THROW(IO, tableName << " is no stop table");
     return;
   }
   environment.restore_env();
@@ -31,8 +35,10 @@ TkStopTable::TkStopTable(const char* tableName) : table_(kBuckets) {
   ExceptionManager::instance()->do_throw();
 }
 
-void TkStopTable::readStopFileIntoTable(const char* tableName) {
+// False for a key file of another kind, whose data are no words.
+bool TkStopTable::readStopFileIntoTable(const char* tableName) {
   const std::unique_ptr<KdFileAccessor> accessor(KfKeyFileManager::KdBind(tableName));
+  if (dynamic_cast<const KdStopAccessor*>(accessor.get()) == nullptr) return false;
   const std::unique_ptr<KdStream> stream(accessor->iterator());
   for (stream->reset(); stream->more(); stream->next()) {
     const WmWord* key = dupList_.emplace_back(WmWord::Create(*stream->key())).get();
@@ -43,6 +49,7 @@ void TkStopTable::readStopFileIntoTable(const char* tableName) {
     }
     table_.insert(key, reinterpret_cast<FdFastWordTable::Data>(replacement));
   }
+  return true;
 }
 
 int TkStopTable::stop(const WmWord* word, WmWord* data) {
@@ -57,14 +64,10 @@ int TkStopTable::stop(const WmWord* word, WmWord* data) {
   return 1;
 }
 
-void TkStopTable::createTable(const char* flatFileName, const char* tableName) {
-  std::ifstream is(flatFileName);
-  if (!is) THROW(IO, "Error opening stop table source file: " << flatFileName);
-  const int first = is.peek();
-  if (first == EOF || !character_class::isLetter(static_cast<char>(first))) {
-    is.close();
-    THROW(IO, "Bad file type - must pass in a flat file: " << flatFileName);
-  }
+namespace {
+
+// Leaves the files of `tableName` unfinished if it throws.
+void compile(std::istream& is, const char* tableName) {
   std::unique_ptr<KdFileCreator> creator(
       KfKeyFileManager::KdCreate(tableName, kChunkSize, kKeyFileType, 0));
   TkSourceReader reader(&is);
@@ -77,8 +80,46 @@ void TkStopTable::createTable(const char* flatFileName, const char* tableName) {
   }
 }
 
-bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
+}  // namespace
+
+void TkStopTable::createTable(const char* flatFileName, const char* tableName) {
+  if (tableName == nullptr) THROW(IO, "Need non-null name for key/pointer files.");
+  std::ifstream is(flatFileName);
   const int first = is.peek();
+  if (!is.is_open() || is.bad()) {
+    is.close();
+    THROW(IO, "Error opening stop table source file: " << flatFileName);
+  }
+  if (first == EOF || !character_class::isLetter(static_cast<char>(first))) {
+    is.close();
+    THROW(IO, "Bad file type - must pass in a flat file: " << flatFileName);
+  }
+  // The former table stays until the new one is whole.
+  const std::string table(tableName), unfinished = table + ".new";
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    compile(is, unfinished.c_str());
+    if (is.bad()) THROW(IO, "Error opening stop table source file: " << flatFileName);
+    for (const char* suffix : {".key", ".ptr"}) {
+      if (std::rename((unfinished + suffix).c_str(), (table + suffix).c_str()) != 0) {
+        THROW(IO, "Couldn't write " << table + suffix);
+      }
+    }
+    return;
+  }
+  environment.restore_env();
+  is.close();
+  for (const char* suffix : {".key", ".ptr"}) SysTools::removeFile((unfinished + suffix).c_str());
+  ExceptionManager::instance()->do_throw();
+}
+
+bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
+  TkSourceReader reader(&is);
+  const int first = is.peek();
+  if (is.bad()) {
+    *fault = reader.unreadable();
+    return false;
+  }
   if (first == EOF || !character_class::isLetter(static_cast<char>(first))) {
     *fault = {1, "", "the file does not begin with a letter"};
     return false;
@@ -87,7 +128,6 @@ bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
     *fault = found;
     return false;
   };
-  TkSourceReader reader(&is);
   WmLocalWord previous;
   while (reader.next()) {
     const int keyLetters = static_cast<int>(reader.token().size());
@@ -110,7 +150,7 @@ bool TkStopTable::checkSource(std::istream& is, TkSourceFault* fault) {
     }
     previous = key;
   }
-  return true;
+  return !is.bad() || broken(reader.unreadable());
 }
 
 }  // namespace vandrelle

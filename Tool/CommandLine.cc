@@ -92,6 +92,7 @@ void CommandLine::parse(std::istream& is) {
 }
 
 void CommandLine::parse(const char* filename) {
+  if (filename == nullptr) return;
   std::ifstream is(filename);
   if (is.good()) parse(is);
 }
@@ -137,7 +138,7 @@ void CommandLine::addArgsByNum(int argnum, const char* token) {
 }
 
 const ClOption* CommandLine::option(const char* name) const {
-  for (int i = 0; i < numOptions_; ++i) {
+  for (int i = 0; name != nullptr && i < numOptions_; ++i) {
     if (std::strcmp(options_[i].name, name) == 0) return &options_[i];
   }
   return nullptr;

@@ -50,10 +50,10 @@ constexpr MapMode kMapModes[] = {
     {O_RDWR | O_CREAT | O_TRUNC, PROT_READ | PROT_WRITE, MAP_SHARED, 0644},
 };
 
-[[noreturn]] void throwMapFailure(int fd, int error) {
+[[noreturn]] void throwMapFailure(int fd, int error, int line = __builtin_LINE()) {
   close(fd);
   errno = error;
-  THROW(SysTools, "mmap failed: " << SysTools::strerror());
+  THROW_AT(SysTools, line, "mmap failed: " << SysTools::strerror());
 }
 
 // The directory of a path, with its slash. A path whose only slash stands at its
@@ -119,7 +119,7 @@ bool SysTools::removeFile(const char* filename) {
 
 int SysTools::removeFiles(const char* directory, const char* regExpr) {
   const RegularExpression expression(regExpr);
-  if (!expression.valid()) return 0;
+  if (!expression.valid() || directory == nullptr) return 0;
   DIR* entries = opendir(directory);
   if (entries == nullptr) {
     LOG(0, 0, "Warning: directory " << directory << " can't be opened for reading\n");
@@ -161,12 +161,12 @@ void* SysTools::map(const char* filename, int mode, int* size, int* outfd) {
     }
     if (status.st_size > INT_MAX) throwMapFailure(fd, EFBIG);
     length = static_cast<int>(status.st_size);
-    if (size != nullptr) *size = length;
   }
   if (length < 0) throwMapFailure(fd, EINVAL);
   void* address =
       mmap(nullptr, static_cast<std::size_t>(length), how.protection, how.sharing, fd, 0);
   if (address == MAP_FAILED) throwMapFailure(fd, errno);
+  if (size != nullptr) *size = length;
   if (outfd != nullptr) *outfd = fd;
   return address;
 }

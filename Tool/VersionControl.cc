@@ -1,10 +1,11 @@
 #include "Tool/VersionControl.h"
 
+#include <sys/stat.h>
+
 #include <fstream>
 
 #include "Tool/ByteOrder.h"
 #include "Tool/NameManager.h"
-#include "Tool/SysTools.h"
 #include "Tool/ToolException.h"
 
 namespace vandrelle {
@@ -34,7 +35,10 @@ void VersionControl::setVersion(const char* root, int stage, int version) {
   char word[kWordBytes];
   storeS32(word, version);
   file.seekp(std::streamoff{stage} * kWordBytes);
-  file.write(word, kWordBytes);
+  if (!file.write(word, kWordBytes).flush()) {
+    file.close();
+    THROW(Version, "could not write " << root << ".ver");
+  }
 }
 
 void VersionControl::createVersionFile(const char* path) {
@@ -46,7 +50,8 @@ void VersionControl::createVersionFile(const char* path) {
 void VersionControl::setVersionFile(const char* root, std::fstream* versionfile, int flag) {
   const NameManager name(root, 20);
   const char* path = name.suffix(".ver");
-  if (!SysTools::fileExists(path)) createVersionFile(path);
+  struct stat status;
+  if (stat(path, &status) != 0 || status.st_size < kStages * kWordBytes) createVersionFile(path);
   std::ios::openmode mode = std::ios::binary;
   if ((flag & kReading) != 0) mode |= std::ios::in;
   if ((flag & kWriting) != 0) mode |= std::ios::out;

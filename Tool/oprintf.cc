@@ -92,7 +92,11 @@ const char* oprintf::modifiers(const char* p, std::string* spec, std::size_t* ne
     }
     if (number > kMaxWidth) number = kMaxWidth;
     if (number < -kMaxWidth) number = -kMaxWidth;
-    if (given) *spec += std::to_string(number);
+    if (part == 1 && number < 0) {
+      spec->pop_back();  // counts as no precision
+    } else if (given) {
+      *spec += std::to_string(number);
+    }
   }
   while (*p != '\0' && std::strchr("hlLqjzt", *p) != nullptr) ++p;
   return p;

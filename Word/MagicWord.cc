@@ -56,6 +56,11 @@ void WmMagicWord::set(const WmWord* word) {
   new (buffer_->buf) WmWord(*word);
 }
 
+bool WmMagicWord::equals(const WmWord* other) const {
+  const WmWord* own = word();
+  return own == other || (own != nullptr && other != nullptr && *own == *other);
+}
+
 int WmMagicWord::order(const WmWord* other) const {
   const WmWord* own = word();
   if (own == other) return 0;

@@ -138,15 +138,23 @@ struct SourceName {
 };
 
 // Composes the message (`text` is a chain of << operands), places it and jumps.
-#define THROW(Family, text_)                                                                    \
+// Helpers that throw for their callers tell the caller's line: THROW_AT takes it,
+// from a last parameter `int line = __builtin_LINE()`. THROW_FROM also takes the
+// name of the source, a literal.
+#define THROW_FROM(Family, source_, line_, text_)                                               \
   do {                                                                                          \
-    static constexpr ::vandrelle::SourceName vandrelle_source_name(__FILE__);                   \
     ::vandrelle::ExceptionManager::errstream.rewind();                                          \
     ::vandrelle::ExceptionManager::errstream << text_;                                          \
     ::vandrelle::ExceptionManager::instance()->do_throw(                                        \
         (new ::vandrelle::_Exception_##Family(::vandrelle::ExceptionManager::errstream.text())) \
-            ->place(vandrelle_source_name.text, __LINE__));                                     \
+            ->place(source_, line_));                                                           \
   } while (false)
+#define THROW_AT(Family, line_, text_)                                        \
+  do {                                                                        \
+    static constexpr ::vandrelle::SourceName vandrelle_source_name(__FILE__); \
+    THROW_FROM(Family, vandrelle_source_name.text, line_, text_);             \
+  } while (false)
+#define THROW(Family, text_) THROW_AT(Family, __LINE__, text_)
 
 // True on the direct road; false when a throw has come back.
 #define GUARDED(environment_) (setjmp((environment_).context()) == 0)

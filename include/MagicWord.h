@@ -41,11 +41,11 @@ class WmMagicWord {
 
   // By the held words; invalid holders are equal to each other and stand before
   // every word.
-  bool operator==(const WmMagicWord& other) const { return order(other.word()) == 0; }
-  bool operator!=(const WmMagicWord& other) const { return order(other.word()) != 0; }
+  bool operator==(const WmMagicWord& other) const { return equals(other.word()); }
+  bool operator!=(const WmMagicWord& other) const { return !equals(other.word()); }
   bool operator<(const WmMagicWord& other) const { return order(other.word()) < 0; }
-  bool operator==(const WmWord& other) const { return order(&other) == 0; }
-  bool operator!=(const WmWord& other) const { return order(&other) != 0; }
+  bool operator==(const WmWord& other) const { return equals(&other); }
+  bool operator!=(const WmWord& other) const { return !equals(&other); }
   bool operator<(const WmWord& other) const { return order(&other) < 0; }
 
  protected:
@@ -69,6 +69,7 @@ class WmMagicWord {
 
  private:
   static WordBuffer* newBuffer(int wordBytes);
+  bool equals(const WmWord* other) const;
   int order(const WmWord* other) const;
 
   WordBuffer* buffer_ = nullptr;

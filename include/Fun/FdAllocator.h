@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "Fun/FdVector.h"
@@ -39,7 +40,7 @@ class FdAllocator {
   void deallocateAll();
 
   // What the chunks take.
-  int totalBytes() const { return totalBytes_; }
+  std::int64_t totalBytes() const { return totalBytes_; }
   int blocksize() const { return blocksize_; }
   // Blocks per chunk, for the chunks to come; 1024 at first.
   int chunksize() const { return chunksize_; }
@@ -55,7 +56,7 @@ class FdAllocator {
 
   int chunksize_ = 1024;
   int blocksize_;
-  int totalBytes_ = 0;
+  std::int64_t totalBytes_ = 0;
   void* freelist_ = nullptr;
   FdVector<void*> chunks_;
 };

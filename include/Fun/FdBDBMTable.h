@@ -13,13 +13,14 @@ namespace vandrelle {
 
 class FdBDBMTable : public FdBag {
  public:
-  // Takes the open database over; the destructor closes it.
-  explicit FdBDBMTable(__db* table) : table_(table) {}
+  // Takes the open database over; the destructor closes it. `name` is the file's.
+  FdBDBMTable(__db* table, const char* name) : table_(table), name_(name) {}
   ~FdBDBMTable() override;
   FdBDBMTable(const FdBDBMTable&) = delete;
   FdBDBMTable& operator=(const FdBDBMTable&) = delete;
 
-  // All throw _Exception_DBM when the library reports an error.
+  // All throw _Exception_DBM when the library reports an error. isEmpty() moves the
+  // database's place, as a walk does (see FdBDBMIterator).
   bool isEmpty() override;
   // Replaces the value of a key that is there.
   void insert(const void* key, int keySize, const void* data, int dataSize) override;
@@ -27,12 +28,17 @@ class FdBDBMTable : public FdBag {
   bool find(const void* key, int keySize, void* data, int* dataSize) override;
   FdIterator* iterator() override;
 
+  // Writes everything to the file. A table that is to stay needs it before it goes:
+  // the destructor has nobody to tell that the disk is full.
+  void flush();
+
  private:
   friend class FdBDBMIterator;
 
   bool removeImpl(const void* key, int keySize, void* data, int* dataSize, bool remove);
 
   __db* table_;
+  std::string name_;
 };
 
 // Walks a disk table in the order of the file: by key for a B-tree. A database has

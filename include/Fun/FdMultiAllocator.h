@@ -44,7 +44,7 @@ class FdMultiAllocator {
   void deallocateAll();
 
   // What the chunks of all pools take.
-  int totalBytes() const;
+  std::int64_t totalBytes() const;
 
  private:
   static int sizeClass(int size) { return size > 4 ? (size + 3) / 4 : 1; }
@@ -67,7 +67,7 @@ class FdTemplateAllocator {
   T* allocate() { return static_cast<T*>(allocator_.allocate(static_cast<int>(sizeof(T)))); }
   void deallocate(T* object) { allocator_.deallocate(object, static_cast<int>(sizeof(T))); }
   void deallocateAll() { allocator_.deallocateAll(); }
-  int totalBytes() const { return allocator_.totalBytes(); }
+  std::int64_t totalBytes() const { return allocator_.totalBytes(); }
 
  private:
   FdMultiAllocator allocator_;

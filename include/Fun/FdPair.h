@@ -53,9 +53,10 @@ class FdPair {
   static void destroy(FdPair* pair);
 
   // The written form: the packed word, big-endian, then key and data, each padded
-  // to a multiple of 4. A run of pairs ends with four zero bytes. read() makes the
-  // pair in `place` (blockBytes() of the largest sizes) or, with null, allocates;
-  // null at the end of the run or of the stream.
+  // to a multiple of 4. A run of pairs ends with four zero bytes; the pair with
+  // neither key nor data, whose word would be 0 too, has all bits of the hash set,
+  // which no empty key has otherwise. read() makes the pair in `place` (blockBytes() of the largest
+  // sizes) or, with null, allocates; null at the end of the run or of the stream.
   static FdPair* read(std::istream& is, void* place);
   static void write(std::ostream& os, const FdPair* pair);
   static void writeEnd(std::ostream& os);

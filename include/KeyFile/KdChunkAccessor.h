@@ -42,8 +42,11 @@ class KdChunkAccessor : public KdFileAccessor {
   void useKeyMap(const unsigned char* mapped) { mapped_ = mapped; }
   void Close_Keyfile();
 
-  // Throws in the family of this kind of accessor.
-  [[noreturn]] virtual void fail(const char* text, const char* detail = "") = 0;
+  // Throws in the family of this kind of accessor, from the caller's place: each
+  // class has the name of its own source as default.
+  [[noreturn]] virtual void fail(const char* text, const char* detail = "",
+                                 const char* source = "KdChunkAccessor",
+                                 int line = __builtin_LINE()) = 0;
 
   KdChunkLayout layout_{KdDataPlace::kConstant, true, 0};
 

@@ -32,6 +32,8 @@ class KdChunkCreator : public KdFileCreator {
   virtual void Write_To_Pointer_File(const WmWord* aWord) = 0;
 
   bool Is_New_Letter(const WmWord* aWord) const;
+  // keyfile_pos_ moves behind the chunk in the buffer; throws at 2 gigabytes.
+  void Pass_Chunk();
   void Write_Chunk_To_Disk();
   // Closes the chunk before its latest entry and makes that entry the last chunk;
   // nothing if it is first in its chunk already. Destructors call it first.

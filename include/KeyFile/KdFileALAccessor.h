@@ -14,12 +14,14 @@ class KdFileALAccessor : public KdChunkAccessor {
   ~KdFileALAccessor() override;
 
  protected:
-  // Reads `*ptr_file` from its beginning. Owns the descriptor from now on. Throws
-  // _Exception_KdAccess, as all its operations do.
+  // Reads `*ptr_file` from its beginning. Owns the descriptor from now on, unless it
+  // throws: _Exception_KdAccess, as all its operations do.
   KdFileALAccessor(std::ifstream* ptr_file, int keyfile_fd, KdDataPlace place);
 
  private:
-  [[noreturn]] void fail(const char* text, const char* detail) override;
+  [[noreturn]] void fail(const char* text, const char* detail = "",
+                         const char* source = "KdFileALAccessor",
+                         int line = __builtin_LINE()) override;
 
   std::vector<unsigned char> records_;
   std::vector<unsigned char> words_;
@@ -54,7 +56,8 @@ class KdInlineAcc final : public KdFileALAccessor {
 bool KdReadPointers(const unsigned char* from, std::size_t bytes, int32 num_chunks,
                     std::vector<unsigned char>* records, std::vector<unsigned char>* words);
 
-// Everything from the beginning of the stream; empty if it can't be read.
+// Everything from the beginning of the stream; empty if it can't be read or is
+// longer than any pointer file.
 std::vector<unsigned char> KdReadWholeFile(std::ifstream* file);
 
 }  // namespace vandrelle

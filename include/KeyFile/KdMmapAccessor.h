@@ -11,9 +11,9 @@ namespace vandrelle {
 class KdMmapAccessor final : public KdChunkAccessor {
  public:
   // `filename` is the root name. `file_type` 16 maps the key file, any other reads
-  // it through `keyfile_fd`, which the accessor owns from now on; the type in the
-  // file isn't looked at. Throws _Exception_IO, as all its operations do, and what
-  // SysToolsMapObject throws.
+  // it through `keyfile_fd`, which the accessor owns from now on unless it throws;
+  // the type in the file isn't looked at. Throws _Exception_IO, as all its operations
+  // do, and what SysToolsMapObject throws.
   KdMmapAccessor(const char* filename, int file_type, int keyfile_fd);
   ~KdMmapAccessor() override;
 
@@ -23,7 +23,12 @@ class KdMmapAccessor final : public KdChunkAccessor {
   SysToolsMapObject* ptrMap() override { return &ptr_file_map_; }
 
  private:
-  [[noreturn]] void fail(const char* text, const char* detail) override;
+  [[noreturn]] void fail(const char* text, const char* detail = "",
+                         const char* source = "KdMmapAccessor",
+                         int line = __builtin_LINE()) override;
+
+  void mapKeyFile(const char* path);
+  void releaseMaps();
 
   bool bound_ = false;
   std::unique_ptr<SysToolsMapObject> key_file_map_;

@@ -1,4 +1,5 @@
-// Readers of the stop-style key files, kinds 12 and 13 (layout: KdStopCreator.h).
+// Readers of the stop-style key files, kinds 12 and 13, and what those of kind 15
+// stand on (layout: KdStopCreator.h).
 // Such a table has no word numbers. Data are words: `data` of a lookup is a buffer
 // of at least 23 bytes that receives a WmWord, the empty one where an entry has
 // none, and the data's size counts its length byte, or is 0 for none.
@@ -10,7 +11,7 @@
 
 namespace vandrelle {
 
-class KdStopAccessor final : public KdFileAccessor {
+class KdStopAccessor : public KdFileAccessor {
  public:
   // Owns `keyfile_fd` from now on, unless it throws; the stream stays the
   // caller's. Throws _Exception_KdAccess, as all operations do.
@@ -26,6 +27,15 @@ class KdStopAccessor final : public KdFileAccessor {
 
   KdStream* iterator() override;
 
+ protected:
+  // Only opens: bindTable() comes next, with the bytes of the pointer file. It
+  // answers null, or what is wrong with them.
+  explicit KdStopAccessor(int keyfile_fd) : keyfile_fd_(keyfile_fd) {}
+  const char* bindTable(const unsigned char* ptr_file, std::size_t bytes);
+
+  FILE_DES keyfile_fd() const { return keyfile_fd_; }
+  const KdStopTable& table() const { return table_; }
+
  private:
   void Read_Chunk_Into_Buf(int chunk_num);
   bool Find_Word_In_Chunk(const WmWord* key, KdStopEntry* entry) const;
@@ -38,7 +48,7 @@ class KdStopAccessor final : public KdFileAccessor {
 };
 
 // Reads all entries. The data are a WmWord.
-class KdStopStream final : public KdStream {
+class KdStopStream : public KdStream {
  public:
   // Both must outlive the stream.
   KdStopStream(FILE_DES key_file, const KdStopTable* table);

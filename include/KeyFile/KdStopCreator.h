@@ -1,4 +1,4 @@
-// Writes the stop-style key files, kinds 12 and 13: small tables from a word to
+// Writes the stop-style key files, kinds 12, 13 and 15: small tables from a word to
 // another word, such as the stop table. Keys are short and data often begin like
 // their key, so data are stored as a difference from it, and all offsets have 16
 // bits.
@@ -51,7 +51,7 @@ constexpr int kKdStopTableBytes = 2 * kKdStopLetters;
 // 0 to 25 for a to z and A to Z, -1 for a word that begins with anything else.
 int KdStopLetter(const WmWord* word);
 
-class KdStopCreator final : public KdFileCreator {
+class KdStopCreator : public KdFileCreator {
  public:
   // `file_name` is the root name. `max_chunk_size` in bytes; `data_size` is not
   // looked at. Throws _Exception_KdInit for a chunk size that holds no entry or

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <array>
-#include <iosfwd>
 #include <vector>
 
 #include "KeyFile/KdStopCreator.h"
@@ -40,9 +39,9 @@ bool KdStopChunkEnds(const unsigned char* chunk, int chunk_bytes, int offset);
 // The pointer file in memory, and the chunks it leads to.
 class KdStopTable {
  public:
-  // Reads the whole pointer file. Returns null or what is wrong with it, given a
-  // key file of `keyfile_bytes`.
-  const char* read(std::ifstream* ptr_file, int64_t keyfile_bytes);
+  // Takes the bytes of a whole pointer file, which need not stay. Returns null or
+  // what is wrong with them, given a key file of `keyfile_bytes`.
+  const char* read(const unsigned char* from, std::size_t bytes, int64_t keyfile_bytes);
 
   int count() const { return static_cast<int>(records_.size()); }
   const WmWord* word(int chunk) const {

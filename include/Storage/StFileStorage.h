@@ -10,6 +10,8 @@
 // close: destroying the object closes, and does not flush.
 #pragma once
 
+#include <dirent.h>
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -59,7 +61,8 @@ class StFileStorage : public StStorage {
 
   void InternalInit();
   void RequireOpen() const;
-  void RemoveDirectoryStorage();
+  // Closes `entries`, which are those of the root.
+  void RemoveDirectoryStorage(DIR* entries);
   void OpenDirectoryFiles(bool writable);
   void OpenSingleFile(bool writable);
   void TakeSize();

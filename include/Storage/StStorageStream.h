@@ -49,7 +49,7 @@ class StStorageStream {
   // it is always ended with a NUL. 0 if the storage ends before.
   int getString(char* text, unsigned int size = ~0u);
 
-  // How many bytes were written: all, or none without kWrite.
+  // How many bytes were written: all, or none without kWrite and when closed.
   int put(char c) { return static_cast<int>(write(&c, 1)); }
   unsigned int write(const char* from, unsigned int len);
 

@@ -21,11 +21,13 @@ class TkSourceReader {
 
   explicit TkSourceReader(std::istream* is) : is_(is) {}
 
-  // The next token and its line; false at the end.
+  // The next token and its line; false at the end, and when the stream turns bad: a
+  // folder can be opened, but not read.
   bool next();
   const std::string& token() const { return token_; }
   int line() const { return tokenLine_; }
 
+  TkSourceFault unreadable() const { return {line_, "", "the file cannot be read"}; }
   TkSourceFault fault(const std::string& reason) const { return {tokenLine_, token_, reason}; }
 
  private:

@@ -57,8 +57,10 @@ struct TkStemRule {
 
   void zero() { *this = TkStemRule{}; }
 
-  // The form in the file, sizeof(TkStemRule) bytes. read() takes any bytes: what
-  // they ask for beyond kMaxAppend letters is left out.
+  // The form in the file, sizeof(TkStemRule) bytes. isSound() tells whether bytes
+  // can be a rule, read() takes any: what they ask for beyond kMaxAppend letters is
+  // left out.
+  static bool isSound(const unsigned char* from);
   void read(const unsigned char* from);
   void write(unsigned char* to) const;
 };
@@ -75,13 +77,14 @@ struct FastStemElem {
 class TkStemTable {
  public:
   // Reads a compiled table; null means /Vandrelle/table/stem.tbl. Throws
-  // _Exception_TkStemmer if it cannot be opened or is cut short.
+  // _Exception_TkStemmer if it cannot be opened, is cut short or holds what
+  // createTable() does not write.
   explicit TkStemTable(const char* ruletable);
   TkStemTable(const TkStemTable&) = delete;
   TkStemTable& operator=(const TkStemTable&) = delete;
 
   // Compiles a source text. Throws _Exception_TkStemmer if a file cannot be
-  // opened or written, or for a token that is no rule.
+  // opened or written, or for a token that is no rule; the former table stays then.
   static void createTable(const char* rulefile, const char* ruletable);
 
   // Looks for the first token of a source that is no rule, or is one too many or in
@@ -99,7 +102,8 @@ class TkStemTable {
  private:
   static constexpr int kLetters = 26;
 
-  void readTableIntoArray(FdTable& table);
+  // False if the table is damaged.
+  bool readTableIntoArray(FdTable& table);
   void insertRule(const TkStemRule& rule);
   // Applies one rule after the other, and tells `visit` of each.
   template <typename Visit>

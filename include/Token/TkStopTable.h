@@ -22,7 +22,8 @@ struct TkSourceFault;
 class TkStopTable final : public TkStopLookup {
  public:
   // Loads a compiled table, given by its root name; null means
-  // /Vandrelle/table/stop. Throws what the key file throws.
+  // /Vandrelle/table/stop. Throws what the key file throws, and _Exception_IO for a
+  // key file of another kind.
   explicit TkStopTable(const char* tableName);
   TkStopTable(const TkStopTable&) = delete;
   TkStopTable& operator=(const TkStopTable&) = delete;
@@ -30,8 +31,8 @@ class TkStopTable final : public TkStopLookup {
   // Compiles a source text. A word without a second token at the end is left out, a
   // word that is out of order too, with a line on the standard output. Throws
   // _Exception_IO if the source cannot be opened or does not begin with a letter,
-  // _Exception_WmWordTooLarge, and what the key file throws. A table that a throw
-  // has left unfinished cannot be loaded.
+  // _Exception_WmWordTooLarge, and what the key file throws; the former table stays
+  // then.
   static void createTable(const char* flatFileName, const char* tableName);
 
   // Looks for the first thing in a source that createTable() would refuse or leave
@@ -41,7 +42,7 @@ class TkStopTable final : public TkStopLookup {
   int stop(const WmWord* word, WmWord* data) override;
 
  private:
-  void readStopFileIntoTable(const char* tableName);
+  bool readStopFileIntoTable(const char* tableName);
 
   FdFastWordTable table_;
   std::vector<std::unique_ptr<WmWord>> dupList_;  // keys and replacements

@@ -49,7 +49,7 @@ class CommandLine {
   // Skips element 0.
   void parse(int argc, char** argv);
   void parse(std::istream& is);
-  // A file that cannot be opened is skipped without a word.
+  // A file that cannot be opened, and null, is skipped without a word.
   void parse(const char* filename);
 
   // True if the option is known and has a value, if only by default.

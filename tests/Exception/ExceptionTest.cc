@@ -11,12 +11,6 @@ namespace {
 EXCEPTION_FAMILY(Alpha);
 EXCEPTION_FAMILY_2(AlphaIO, Alpha, IO);
 
-}  // namespace
-}  // namespace vandrelle
-
-namespace vandrelle {
-namespace {
-
 std::string printed(const Exception* exception) {
   std::ostringstream os;
   os << exception;
@@ -35,20 +29,25 @@ TEST(Exception, FamilyTestsFollowBothParents) {
   EXPECT_FALSE(parent.isA("AlphaIO"));
 }
 
+void failFor(int answer, int line = __builtin_LINE()) {
+  THROW_AT(IO, line, "could not open " << answer);
+}
+
 TEST(Exception, ThrowJumpsWithMessageAndPlace) {
   ExceptionManager* manager = ExceptionManager::instance();
   EXPECT_FALSE(manager->exception("IO"));
+  constexpr int thrownFrom = __LINE__ + 3;
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
-    THROW(IO, "could not open " << 42);
+    failFor(42);
     FAIL() << "a throw returned";
   }
   ASSERT_TRUE(manager->exception("System"));
   environment.restore_env();
   Exception* caught = manager->pop();
   EXPECT_EQ(manager->last(), caught);
-  EXPECT_EQ(printed(caught).substr(0, 50), "IO: could not open 42 [\"ExceptionTest\", line " +
-                                               std::to_string(caught->line()) + "]");
+  EXPECT_EQ(printed(caught),
+            "IO: could not open 42 [\"ExceptionTest\", line " + std::to_string(thrownFrom) + "]");
   EXPECT_FALSE(manager->exception());
   delete caught;
 }

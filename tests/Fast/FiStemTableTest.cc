@@ -4,23 +4,16 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "Exception.h"
+#include "Storage/StorageTestSupport.h"
 #include "Tool/ByteOrder.h"
 
 namespace vandrelle {
 namespace {
-
-std::string slurp(const std::string& name) {
-  std::ifstream in(name, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 std::vector<std::string> found(FiStemTable* table, const char* stem) {
   FdVector<WmMagicWord> words;
@@ -81,8 +74,8 @@ class PlainTable {
 };
 
 TEST(FiStemTable, BytesAreThoseOfThePlainRule) {
-  const std::string name = testing::TempDir() + "plain.unstem";
-  std::remove(name.c_str());
+  TestDirectory directory;
+  const std::string name = directory / "t";
   PlainTable plain(7, 512);
   std::map<std::string, std::vector<std::string>> expected;
   {
@@ -98,7 +91,7 @@ TEST(FiStemTable, BytesAreThoseOfThePlainRule) {
       expected[stem].push_back(word);
     }
   }
-  EXPECT_EQ(slurp(name), plain.file());
+  EXPECT_EQ(fileBytes(name), plain.file());
   for (int map : {0, 1}) {
     FiStemTable table;
     table.bind(name.c_str(), 0, map);
@@ -114,21 +107,21 @@ TEST(FiStemTable, BytesAreThoseOfThePlainRule) {
 }
 
 TEST(FiStemTable, HeaderStandsWithoutAnyWord) {
-  const std::string name = testing::TempDir() + "empty.unstem";
-  std::remove(name.c_str());
+  TestDirectory directory;
+  const std::string name = directory / "t";
   {
     FiStemTable table;
     table.bind(name.c_str(), 1, 0);
   }
-  const std::string bytes = slurp(name);
+  const std::string bytes = fileBytes(name);
   ASSERT_EQ(bytes.size(), 128u);
   EXPECT_EQ(loadLittleU32(bytes.data()), 128u);
   EXPECT_EQ(loadLittleU32(bytes.data() + 4), 512u);
 }
 
 TEST(FiStemTable, DamagedFilesNeverHarm) {
-  const std::string name = testing::TempDir() + "damage.unstem";
-  std::remove(name.c_str());
+  TestDirectory directory;
+  const std::string name = directory / "t";
   {
     FiStemTable table;
     table.buckets(2);
@@ -139,21 +132,17 @@ TEST(FiStemTable, DamagedFilesNeverHarm) {
                    -1);
     }
   }
-  const std::string whole = slurp(name);
+  const std::string whole = fileBytes(name);
   const std::string bad = name + ".bad";
   auto probe = [&](const std::string& bytes) {
-    std::ofstream(bad, std::ios::binary | std::ios::trunc) << bytes;
+    writeFile(bad, bytes);
     for (int map : {0, 1}) {
-      ExceptionEnvironment environment;
-      if (GUARDED(environment)) {
+      thrownBy([&] {
         FiStemTable table;
         table.bind(bad.c_str(), 0, map);
         found(&table, "run");
         found(&table, "walk");
-      } else {
-        environment.restore_env();
-        delete ExceptionManager::instance()->pop();
-      }
+      });
     }
   };
   for (std::size_t length = 0; length < whole.size(); length += 3) probe(whole.substr(0, length));

@@ -1,32 +1,22 @@
 #include "Fun/FdBDBMTable.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include "Fun/FdDBMManager.h"
 #include "Fun/FdWrapper.h"
-#include "ThrownBy.h"
+#include "SmallDevice.h"
+#include "Storage/StorageTestSupport.h"
 
 namespace vandrelle {
 namespace {
 
 class FdBDBMTableTest : public testing::Test {
  protected:
-  FdBDBMTableTest()
-      : directory_(std::filesystem::temp_directory_path() /
-                   ("fun_test." + std::to_string(getpid()))) {
-    std::filesystem::create_directories(directory_);
-    name_ = directory_ / "table";
-  }
-  ~FdBDBMTableTest() override { std::filesystem::remove_all(directory_); }
-
-  std::filesystem::path directory_;
-  std::string name_;
+  TestDirectory directory_;
+  const std::string name_ = directory_ / "table";
 };
 
 TEST_F(FdBDBMTableTest, KeepsOneValueAKeyAcrossRuns) {
@@ -65,9 +55,47 @@ TEST_F(FdBDBMTableTest, KeepsOneValueAKeyAcrossRuns) {
   }
 }
 
-TEST_F(FdBDBMTableTest, OtherFilesAreRefused) {
-  std::ofstream(name_) << "no table at all";
-  EXPECT_EQ(thrownBy([&] { FdDBMManager::Bind(name_.c_str()); }).substr(0, 4), "DBM:");
+TEST_F(FdBDBMTableTest, Refusals) {
+  writeFile(name_, "no table at all");
+  const std::string tree = directory_ / "tree", none = directory_ / "none/t";
+  delete FdDBMManager::Btree(tree.c_str(), 1);
+  const struct {
+    FdBag* (*call)(const char*);
+    std::string name, text;
+  } cases[] = {
+      {FdDBMManager::Bind, name_, "DBM: Failed to initialize DBM table" + name_},
+      {FdDBMManager::Bind, none, "DBM: Failed to initialize DBM table" + none},
+      {FdDBMManager::Bind, tree, ""},
+      {[](const char* name) { return FdDBMManager::Hash(name, 2); }, tree,
+       "DBM: Could not bind to table " + tree},
+      {[](const char* name) { return FdDBMManager::Btree(name, 0); }, name_,
+       "DBM: Could not open table " + name_},
+      {[](const char* name) { return FdDBMManager::Hash(name, 1); }, none,
+       "DBM: Could not create table " + none},
+      {[](const char* name) { return FdDBMManager::Btree(name, 3); }, name_,
+       "DBM: Invalid table mode 3"},
+      {FdDBMManager::Ndbm, name_,
+       "DBMUnimpl: FdBag* FdDBMManager::Ndbm(char*) is unimplemented in this class"},
+  };
+  testing::internal::CaptureStderr();
+  for (const auto& c : cases) {
+    EXPECT_EQ(thrownBy([&] { delete c.call(c.name.c_str()); }), c.text);
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(FdBDBMTableTest, FlushTellsOfAFullDisk) {
+  FdBDBMTable* table = static_cast<FdBDBMTable*>(FdDBMManager::Hash(name_.c_str(), 1));
+  const std::string data(100, 'x');
+  for (int i = 0; i < 1000; ++i) table->insert(&i, sizeof i, data.data(), 100);
+  testing::internal::CaptureStderr();  // where the library adds what it knows
+  {
+    const SmallDevice device(32 * 1024);
+    EXPECT_EQ(thrownBy([&] { table->flush(); }), "DBM: Couldn't write " + name_);
+  }
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(thrownBy([&] { table->flush(); }), "");
+  delete table;
 }
 
 }  // namespace

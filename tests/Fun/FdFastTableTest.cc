@@ -131,7 +131,7 @@ TEST(FdMultiAllocator, ServesEverySize) {
     }
     allocator.deallocate(block.at, block.size);
   }
-  const int bytes = allocator.totalBytes();
+  const std::int64_t bytes = allocator.totalBytes();
   void* again = allocator.allocate(60);
   EXPECT_EQ(allocator.totalBytes(), bytes);
   allocator.deallocate(again, 60);

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <random>
+#include <set>
 #include <vector>
 
 #include "KeyFile/KfKeyFileManager.h"
@@ -291,8 +292,9 @@ TEST(KeyFile, WordsThatDoNotFitAChunk) {
 }
 
 // Everything that a caller does with a table, on files that are cut short or have
-// a wrong bit: an answer or an exception, never an access out of bounds.
-std::string exercised(const std::string& root) {
+// a wrong bit: an answer or an exception, never an access out of bounds. Streams of
+// inline files are no use where there are data.
+std::string exercised(const std::string& root, bool streams) {
   std::unique_ptr<KdFileAccessor> accessor;
   std::unique_ptr<KdStream> stream;
   return thrownBy([&] {
@@ -302,6 +304,7 @@ std::string exercised(const std::string& root) {
     for (int32 number = 0; number < accessor->Num_Entries(); number += 7) {
       worded(*accessor, number);
     }
+    if (!streams) return;
     stream.reset(accessor->iterator());
     for (stream->reset(); stream->more();) stream->next();
   });
@@ -314,25 +317,63 @@ TEST(KeyFile, DamagedFilesAreErrors) {
     const std::string root = directory / "k";
     std::vector<Entry> entries;
     for (const std::string& word : vocabulary(60, "abcd")) {
-      entries.push_back({word, type == 11 ? "" : "1234"});
+      entries.push_back({word, type == 11 && entries.size() % 3 != 0 ? "" : "1234"});
     }
     create(root, 90, type, 4, entries);
-    EXPECT_EQ(exercised(root), "");
+    EXPECT_EQ(exercised(root, type != 11), "");
     for (const char* suffix : {".key", ".ptr"}) {
       const std::string sound = fileBytes(root + suffix);
       for (std::size_t length = 0; length < sound.size(); length += 7) {
         writeFile(root + suffix, sound.substr(0, length));
-        EXPECT_NE(exercised(root), "") << suffix << " cut to " << length;
+        EXPECT_NE(exercised(root, type != 11), "") << suffix << " cut to " << length;
       }
       for (std::size_t bit = 0; bit < 8 * sound.size(); bit += 1 + bit / 400) {
         std::string damaged = sound;
         damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
         writeFile(root + suffix, damaged);
-        EXPECT_EQ(exercised(root).find("Can't open"), std::string::npos);
+        const std::string thrown = exercised(root, type != 11);
+        EXPECT_EQ(std::set<std::string>({"", "IO", "KdAccess", "KdStream", "SysTools"})
+                      .count(thrown.substr(0, thrown.find(':'))),
+                  1u)
+            << thrown;
       }
       writeFile(root + suffix, sound);
     }
   }
+}
+
+TEST(KeyFile, ManagerRefuses) {
+  TestDirectory directory;
+  const std::string root = directory / "k", folder = directory / "f", plain = directory / "p";
+  create(root, 128, 14, 1, {{"a", "1"}});
+  create(plain, 128, 9, 1, {{"a", "1"}, {"ab", "2"}});
+  const std::string sound = fileBytes(plain + ".ptr");
+  std::filesystem::create_directory(folder + ".ptr");
+  writeFile(folder + ".key", "");
+  writeFile(directory / "6.ptr", std::string("\0\0\0\x6", 4));
+  writeFile(directory / "6.key", "");
+  const auto converting = [](const std::string& name) {
+    return thrownBy([&] { KfKeyFileManager::ConvertPtrFileToMmap(name.c_str()); });
+  };
+  const struct {
+    std::string thrown, expected;
+  } cases[] = {
+      {thrownBy([&] { create(root, 128, 6, 0, {}); }), "KdCreate: Invalid type passed to KdCreate"},
+      {thrownBy([&] { create(root, 128, 17, 0, {}); }),
+       "KdCreate: Invalid type passed to KdCreate"},
+      {thrownBy([&] { bound(directory / "6"); }), "KdAccess: Unexpected field in pointer file."},
+      {thrownBy([&] { bound(folder); }), "KdAccess: Unexpected field in pointer file."},
+      {thrownBy([&] { bound(root, 15); }), "KdAccess: This parameter is only used for mem-maps15"},
+      {converting(directory / "none"),
+       "KdAccess: Pointer file doesn't exist; cannot convert to mmap version."},
+      {converting(folder), "KdAccess: Error reading pointer file."},
+      {converting(plain), ""},
+  };
+  for (const auto& c : cases) EXPECT_EQ(c.thrown, c.expected);
+  EXPECT_EQ(fileBytes(plain + ".ptr.old"), sound);
+  EXPECT_EQ(fileBytes(plain + ".ptr").substr(0, 20),
+            std::string("\0\0\0\xe", 4) + sound.substr(4, 16));
+  EXPECT_EQ(lookedUp(*bound(plain), "ab"), "2");
 }
 
 }  // namespace

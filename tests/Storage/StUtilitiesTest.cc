@@ -142,6 +142,8 @@ TEST(StStorageStream, ModesDecideWhatIsOpened) {
     EXPECT_EQ(stream.peek(), -1);
     stream.seek(2, Stream::kAbsolute);
     stream.put('N');
+    stream.close();
+    EXPECT_EQ(stream.put('x') + stream.get(), -1);
   }
   EXPECT_EQ(fileBytes(root), "loNger than a word");
 }

@@ -3,7 +3,8 @@
 #include <memory>
 #include <sstream>
 
-#include "KeyFile/KdStopCreator.h"
+#include "KeyFile/KfKeyFileManager.h"
+#include "SmallDevice.h"
 #include "Storage/StorageTestSupport.h"
 #include "Token.h"
 #include "Token/TkSourceReader.h"
@@ -53,15 +54,37 @@ TEST(TkStopTable, Refusals) {
   EXPECT_EQ(creating("a *\n9b *"), "KdInit: Key must begin with a letter: 9b");
   EXPECT_NE(creating("a * b" + std::string(64, 'b') + " *").find("WmWordTooLarge"),
             std::string::npos);
-  // The unfinished table is none.
-  EXPECT_NE(thrownBy([&] { TkStopTable loaded(table.c_str()); }), "");
-  EXPECT_EQ(thrownBy([&] { TkStopTable::createTable("/nonexistent", table.c_str()); }),
-            "IO: Error opening stop table source file: /nonexistent");
-  EXPECT_EQ(thrownBy([&] { TkStopTable loaded((directory / "no").c_str()); }),
-            "KdAccess: Can't open key file " + directory / "no" + ".key");
+  for (const std::string& name : {std::string("/nonexistent"), directory / ""}) {
+    EXPECT_EQ(thrownBy([&] { TkStopTable::createTable(name.c_str(), table.c_str()); }),
+              "IO: Error opening stop table source file: " + name);
+  }
+  EXPECT_EQ(thrownBy([&] { TkStopTable loaded(table.c_str()); }),
+            "KdAccess: Can't open key file " + table + ".key");
+  // The former table outlives what fails, and nothing else is left.
+  EXPECT_EQ(creating("a *"), "");
+  EXPECT_EQ(creating("b *\n9b *"), "KdInit: Key must begin with a letter: 9b");
+  writeFile(source, "b *");
+  {
+    const SmallDevice device(10);
+    EXPECT_EQ(thrownBy([&] { TkStopTable::createTable(source.c_str(), table.c_str()); }),
+              "IO: Error writing to pointer file.");
+  }
+  EXPECT_EQ(stopped(*std::make_unique<TkStopTable>(table.c_str()), "a"), "");
+  const std::filesystem::directory_iterator files(directory / "");
+  EXPECT_EQ(std::distance(begin(files), end(files)), 3);
+  // Another kind of key file.
+  delete KfKeyFileManager::KdCreate(table.c_str(), 512, 14, 5);
+  EXPECT_EQ(thrownBy([&] { TkStopTable loaded(table.c_str()); }),
+            "IO: " + table + " is no stop table");
 }
 
 TEST(TkStopTable, FaultsOfSources) {
+  for (auto* check : {TkStopTable::checkSource, TkStemTable::checkSource}) {
+    std::ifstream folder("/");
+    TkSourceFault fault;
+    EXPECT_FALSE(check(folder, &fault));
+    EXPECT_EQ(fault.reason, "the file cannot be read");
+  }
   const std::string word22(22, 'w'), word23(23, 'w');
   const struct {
     std::string source;
@@ -86,27 +109,6 @@ TEST(TkStopTable, FaultsOfSources) {
     EXPECT_EQ(fault.line, c.line) << c.source;
     EXPECT_EQ(fault.token, c.token);
     EXPECT_EQ(fault.reason, c.reason);
-  }
-}
-
-TEST(TkStopTable, DamagedTables) {
-  TestDirectory directory;
-  const std::string source = directory / "stop.src", table = directory / "stop";
-  writeFile(source, "a * an a and * are be as * asks ask be * zoo *");
-  TkStopTable::createTable(source.c_str(), table.c_str());
-  for (const char* suffix : {".key", ".ptr"}) {
-    const std::string sound = fileBytes(table + suffix);
-    const auto loads = [&](const std::string& bytes) {
-      writeFile(table + suffix, bytes);
-      return thrownBy([&] { stopped(*std::make_unique<TkStopTable>(table.c_str()), "and"); }) == "";
-    };
-    for (std::size_t at = 0; at < sound.size(); ++at) {
-      EXPECT_FALSE(loads(sound.substr(0, at))) << suffix << at;
-      std::string damaged = sound;
-      damaged[at] = static_cast<char>(~damaged[at]);
-      loads(damaged);
-    }
-    EXPECT_TRUE(loads(sound));
   }
 }
 

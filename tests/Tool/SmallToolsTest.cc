@@ -12,6 +12,7 @@
 #include "Tool/MD5.h"
 #include "Tool/RegularExpression.h"
 #include "Tool/VandrelleLog.h"
+#include "Tool/oprintf.h"
 
 namespace vandrelle {
 namespace {
@@ -76,6 +77,12 @@ TEST(MD5, KnownDigests) {
   for (const auto& [text, digest] : cases) {
     for (const unsigned step : {1u, 7u, 64u, 1000u}) EXPECT_EQ(md5(text, step), digest);
   }
+}
+
+TEST(oprintf, NegativeStarsAreAFlagAndNoPrecision) {
+  std::ostringstream os;
+  os << oprintf("[%*d][%.*s][%.*e]", -4, 7, -2, "text", -1, 1.5);
+  EXPECT_EQ(os.str(), "[7   ][text][1.500000e+00]");
 }
 
 TEST(GetLine, LongLinesComeInPieces) {

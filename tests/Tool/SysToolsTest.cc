@@ -1,17 +1,13 @@
 #include "Tool/SysTools.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
-#include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
 
-#include "ThrownBy.h"
+#include "SmallDevice.h"
+#include "Storage/StorageTestSupport.h"
 #include "Tool/NameManager.h"
 #include "Tool/VandrelleLog.h"
 #include "Tool/VersionControl.h"
@@ -19,65 +15,30 @@
 namespace vandrelle {
 namespace {
 
-namespace fs = std::filesystem;
-
-class InDirectory : public testing::Test {
- protected:
-  InDirectory()
-      : directory_(fs::temp_directory_path() / ("tool_test." + std::to_string(getpid()))) {
-    fs::create_directories(directory_);
-  }
-  ~InDirectory() override {
-    VandrelleLog::Logger(nullptr);
-    fs::remove_all(directory_);
-  }
-
-  std::string file(const std::string& name, const std::string& content) {
-    std::ofstream(directory_ / name, std::ios::binary) << content;
-    return (directory_ / name).string();
-  }
-  static std::string contentOf(const std::string& path) {
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
-  }
-
-  fs::path directory_;
-};
-
-using SysToolsTest = InDirectory;
-using VandrelleLogTest = InDirectory;
-using VersionControlTest = InDirectory;
-
-TEST_F(SysToolsTest, RemovesFilesByExpression) {
-  for (const char* name : {"a.tmp1", "b.tmp", "tmp.c", "keep"}) file(name, "");
+TEST(SysTools, RemovesFilesByExpression) {
+  TestDirectory directory;
+  for (const char* name : {"a.tmp1", "b.tmp", "tmp.c", "keep"}) writeFile(directory / name, "");
   std::ostringstream said;
   VandrelleLogIostream log(&said);
   VandrelleLog::Logger(&log);
-  EXPECT_EQ(SysTools::removeFiles(directory_.c_str(), "\\.tmp"), 2);
-  EXPECT_EQ(SysTools::removeFiles((directory_ / "").c_str(), "^tmp"), 1);
-  EXPECT_EQ(SysTools::removeFiles(directory_.c_str(), "(unclosed"), 0);
+  EXPECT_EQ(SysTools::removeFiles((directory / ".").c_str(), "\\.tmp"), 2);
+  EXPECT_EQ(SysTools::removeFiles((directory / "").c_str(), "^tmp"), 1);
+  EXPECT_EQ(SysTools::removeFiles((directory / ".").c_str(), "(unclosed"), 0);
+  EXPECT_EQ(SysTools::removeFiles(nullptr, "tmp"), 0);
   said.str("");
   EXPECT_EQ(SysTools::removeFiles("/nonexistent", "."), 0);
   EXPECT_EQ(said.str(), "Warning: directory /nonexistent can't be opened for reading\n\n");
-  EXPECT_TRUE(SysTools::fileExists((directory_ / "keep").c_str()));
+  EXPECT_TRUE(SysTools::fileExists((directory / "keep").c_str()));
+  VandrelleLog::Logger(nullptr);
 }
 
-// A device of 40 kilobytes, made by a limit on the size of files.
-TEST_F(SysToolsTest, FreeSpaceFindsTheEndOfTheDevice) {
-  const std::string root = (directory_ / "root").string();
-  rlimit old;
-  getrlimit(RLIMIT_FSIZE, &old);
-  const rlimit small{32 * 1024, old.rlim_max};
-  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &small);
-  const bool fits = SysTools::freeSpace(root.c_str(), 32);
-  const bool tooMuch = SysTools::freeSpace(root.c_str(), 33);
-  setrlimit(RLIMIT_FSIZE, &old);
-  std::signal(SIGXFSZ, oldHandler);
-  EXPECT_TRUE(fits);
-  EXPECT_FALSE(tooMuch);
-  EXPECT_TRUE(fs::is_empty(directory_));
+TEST(SysTools, FreeSpaceFindsTheEndOfTheDevice) {
+  TestDirectory directory;
+  const std::string root = directory / "root";
+  const SmallDevice device(32 * 1024);
+  EXPECT_TRUE(SysTools::freeSpace(root.c_str(), 32));
+  EXPECT_FALSE(SysTools::freeSpace(root.c_str(), 33));
+  EXPECT_TRUE(std::filesystem::is_empty(directory / ""));
 }
 
 TEST(NameManager, SuffixesShareOneBuffer) {
@@ -93,7 +54,7 @@ TEST(NameManager, SuffixesShareOneBuffer) {
   EXPECT_STREQ(name.suffix(".12345" + 1), "x12345");
 }
 
-TEST_F(VandrelleLogTest, TypesGoToTheirStreams) {
+TEST(VandrelleLog, TypesGoToTheirStreams) {
   std::ostringstream standard;
   std::ostringstream errors;
   VandrelleLogIostream log(&standard);
@@ -107,21 +68,29 @@ TEST_F(VandrelleLogTest, TypesGoToTheirStreams) {
   LOG(2, 1, "entry " << 255);
   LOG(2, 1, std::string(300, 'x'));
   LOG(2, 1, "short");
+  VandrelleLog::Logger(nullptr);
   EXPECT_EQ(errors.str(), "error ff\n");
   EXPECT_EQ(standard.str(), "entry 255\n" + std::string(255, 'x') + "\nshort\n");
 }
 
-TEST_F(VersionControlTest, StampsAreBigEndianWords) {
-  const std::string root = (directory_ / "root").string();
+TEST(VersionControl, StampsAreBigEndianWords) {
+  TestDirectory directory;
+  const std::string root = directory / "root";
   EXPECT_EQ(VersionControl::getVersion(root.c_str(), 2), 0);
-  EXPECT_EQ(contentOf(root + ".ver"), std::string(12, '\0'));
+  EXPECT_EQ(fileBytes(root + ".ver"), std::string(12, '\0'));
   VersionControl::setVersion(root.c_str(), 1, 0x01020304);
-  EXPECT_EQ(contentOf(root + ".ver"), std::string("\0\0\0\0\1\2\3\4\0\0\0\0", 12));
+  EXPECT_EQ(fileBytes(root + ".ver"), std::string("\0\0\0\0\1\2\3\4\0\0\0\0", 12));
   EXPECT_EQ(VersionControl::getVersion(root.c_str(), 1), 0x01020304);
   EXPECT_EQ(VersionControl::getVersion(root.c_str(), 3), 0);
   EXPECT_EQ(VersionControl::getVersion(root.c_str(), -1), 0);
   EXPECT_EQ(thrownBy([] { VersionControl::getVersion("/nonexistent/x", 0); }),
             "Version: could not create /nonexistent/x.ver");
+  writeFile(root + ".ver", "cut short");
+  VersionControl::setVersion(root.c_str(), 0, 1);
+  EXPECT_EQ(fileBytes(root + ".ver"), std::string("\0\0\0\1\0\0\0\0\0\0\0\0", 12));
+  const SmallDevice device(0);
+  EXPECT_EQ(thrownBy([&] { VersionControl::setVersion(root.c_str(), 0, 1); }),
+            "Version: could not write " + root + ".ver");
 }
 
 }  // namespace

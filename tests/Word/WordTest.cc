@@ -6,6 +6,7 @@
 #include <string>
 
 #include "MagicWord.h"
+#include "ThrownBy.h"
 
 namespace vandrelle {
 namespace {
@@ -14,22 +15,6 @@ std::string text(const WmWord& word) {
   std::ostringstream os;
   os << word;
   return os.str();
-}
-
-// Makes a word and answers the message of the throw, "" if there is none.
-std::string failure(const std::string& letters, char* place) {
-  ExceptionEnvironment environment;
-  if (GUARDED(environment)) {
-    new (place) WmWord(letters.c_str());
-    return "";
-  }
-  environment.restore_env();
-  Exception* caught = ExceptionManager::instance()->pop();
-  std::ostringstream os;
-  os << caught;
-  EXPECT_TRUE(caught->isA("WmWord") && caught->isA("Wm"));
-  delete caught;
-  return os.str().substr(0, os.str().find(", line"));
 }
 
 TEST(Word, BytesAreLengthThenFoldedLetters) {
@@ -48,11 +33,13 @@ TEST(Word, BytesAreLengthThenFoldedLetters) {
 
 TEST(Word, SixtyFourLettersFitAndNoMore) {
   char place[65];
-  EXPECT_EQ(failure(std::string(64, 'x'), place), "");
+  const auto making = [&](const std::string& letters) {
+    return thrownBy([&] { new (place) WmWord(letters.c_str()); });
+  };
+  EXPECT_EQ(making(std::string(64, 'x')), "");
   EXPECT_EQ(static_cast<unsigned char>(place[0]), 64);
-  EXPECT_EQ(failure(std::string(65, 'x'), place),
-            "WmWordTooLarge: Word has too many letters [\"Word\"");
-  EXPECT_EQ(failure("", place), "");
+  EXPECT_EQ(making(std::string(65, 'x')), "WmWordTooLarge: Word has too many letters");
+  EXPECT_EQ(making(""), "");
   EXPECT_FALSE(reinterpret_cast<WmWord*>(place)->valid());
 }
 
@@ -91,6 +78,13 @@ TEST(MagicWord, SharesAndReleases) {
   EXPECT_FALSE(none.valid());
   EXPECT_EQ(none.word(), nullptr);
   EXPECT_TRUE(none < a && none == WmMagicWord() && none != *a);
+  // Words are compared whole, where the collation ends at a NUL.
+  WmMagicWord b("word");
+  a->rawletter(1, '\0');
+  b->rawletter(1, '\0');
+  EXPECT_EQ(a, b);
+  b->rawletter(2, 'x');
+  EXPECT_TRUE(a != b && *a != *b);
   a = none;
   EXPECT_FALSE(a.valid());
 }

@@ -323,8 +323,8 @@ class CutShort : public testing::Test {
 };
 
 TEST_F(CutShort, FullDiskEndsTheRunAtAnyFile) {
-  for (const char* suffix : {".idx", "_one.idx", ".lst", ".lpt", ".dir", ".tmp000", ".sum", ".norm",
-                             ".norm.raw", ".trp", ".fidx", ".fnam"}) {
+  for (const char* suffix : {".ver", ".idx", "_one.idx", ".lst", ".lpt", ".dir", ".tmp000", ".sum",
+                             ".norm", ".norm.raw", ".trp", ".fidx", ".fnam"}) {
     const fs::path file = folder_ / (std::string("out/r") + suffix);
     fs::remove(file);
     fs::create_symlink("/dev/full", file);

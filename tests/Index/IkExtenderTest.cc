@@ -185,6 +185,7 @@ TEST_F(IkExtenderTest, DamagedExtensions) {
     return new IkDataExtenderIndex(root.c_str(), mode);
   };
   addTwice(root_, open);
+  writeInfo(8);
   std::mt19937 random(5);
   std::string noise(1 << 16, '\0');
   for (char& byte : noise) byte = static_cast<char>(random());

@@ -56,11 +56,13 @@ void IkExtender::addDocuments(DcDocumentManager* dm, int first, int last) {
   if (deleter_ != nullptr) deleter_->grow(info_.totalNumChunks);
   for (int chunk = before; chunk < first; ++chunk) deleteDocument(chunk);
   IkCreatorImpl::addDocuments(dm, first, last);
-  extender_->lastDocToAdd(last);
+  extender_->lastDocToAdd(info_.totalNumChunks - 1);
 }
 
 void IkExtender::addTerm(const WmWord* word, int chunk, int) {
   if (!word->valid()) return;
+  // An index without documents is extended by all there are.
+  info_.totalNumChunks = std::max(info_.totalNumChunks, chunk + 1);
   int offset = 0;
   unsigned char value[IkLocalWordTable::kMaxDataSize];
   const int32 size = IkLocalWordTable::lookupData(keyfile_.get(), word, value);

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "Index/IkDataExtenderIndex.h"
 #include "Index/IkException.h"
 #include "Index/IkMergeExtender.h"
 #include "Index/IkMergeIndex.h"
@@ -25,9 +26,11 @@ bool IkReintegrator::validExtendedFile() const {
 }
 
 void IkReintegrator::makeIndex() {
-  initObjects();
-  if (hasExtension() || !SysTools::fileExists(name_.suffix(".prx"))) recordProximity_ = 0;
   closeObjects();
+  if (IkDataExtenderIndex::exists(name_.suffix(nullptr)) ||
+      !SysTools::fileExists(name_.suffix(".prx"))) {
+    recordProximity_ = 0;
+  }
   const bool extended = validExtendedFile();
   IkMerger merger(extended ? 2 : 1);
   merger.mergeObject(0, new IkMergeIndex(name_.suffix(nullptr), nullptr, recordProximity_));

@@ -1,9 +1,10 @@
 // Changes an index that is built: documents are marked deleted, and new ones are
 // added beside the main files (see IkDataExtenderIndex.h). makeIndex() completes a
-// change; what it leaves is an index whose rows tell of the change. Words of the
-// added documents that the main index hasn't got are not in its word table, nor
-// have the documents norms or digests there: IkReintegrator makes a whole index of
-// it.
+// change; what it leaves is an index whose rows tell of the change.
+//
+// An index with deletions is asked as before. One with added documents isn't until
+// IkReintegrator has made a whole index of it: new words are not in its word table,
+// and the documents have no norms and digests there.
 #pragma once
 
 #include <memory>
@@ -43,12 +44,10 @@ class IkExtender : public IkCreatorImpl {
  protected:
   // Lets go of all files that are open.
   void closeObjects();
-  bool hasExtension() const { return extender_ != nullptr; }
-
-  // Opens the rows.
-  void initObjects();
 
  private:
+  // Opens the rows.
+  void initObjects();
   // Is the current main row one that goes on in the extension, since this change?
   bool isNewlyExtended() const;
   // Hands the whole current row on, what the extension has included.

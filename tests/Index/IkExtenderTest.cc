@@ -352,5 +352,19 @@ TEST_F(ChangedIndexTest, DeletionsReachEveryReader) {
   EXPECT_EQ(bytesOf(head + ".xk"), std::string("\0\0\0\xC\0\0\0\3\x80\xC0", 10));
 }
 
+// Documents without words make an extension without rows.
+TEST_F(ChangedIndexTest, AddsDocumentsWithoutWords) {
+  Texts texts = kTexts;
+  texts.resize(10);
+  WordListManager longer(texts);
+  index_.documentManager(&longer);
+  index_.create_stage12(0, 0);
+  index_.extend(8, 9);
+  EXPECT_EQ(frozen(), kDeadCode);
+  EXPECT_EQ(rowOf(root_, "alpha"), " 0/2 3/1 4/1 7/1");
+  index_.reintegrate((root_ + "fresh").c_str());
+  EXPECT_EQ(bytesOf(root_ + "fresh.norm").size(), 10u);
+}
+
 }  // namespace
 }  // namespace vandrelle

@@ -290,7 +290,11 @@ void IkCreatorImpl::finishSums(std::vector<float>* sums, const std::string& file
   for (float& sum : *sums) {
     if (sum > 0) sum = std::sqrt(sum);
   }
-  writeFile(filename, bigEndian(*sums));
+  writeFloats(filename, *sums);
+}
+
+void IkCreatorImpl::writeFloats(const std::string& filename, const std::vector<float>& values) {
+  writeFile(filename, bigEndian(values));
 }
 
 void IkCreatorImpl::finishNorms(const std::vector<float>& norms,
@@ -300,7 +304,7 @@ void IkCreatorImpl::finishNorms(const std::vector<float>& norms,
     bytes[i] = norms[i] > 0 ? sim_.Norm2Byte(norms[i]) : 0;
   }
   writeFile(filename, bytes);
-  writeFile(filename + ".raw", bigEndian(norms));
+  writeFloats(filename + ".raw", norms);
 }
 
 }  // namespace vandrelle

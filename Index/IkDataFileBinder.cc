@@ -20,8 +20,12 @@ constexpr std::uint64_t kReadSize = 8192;
 IkDataFileBinder::~IkDataFileBinder() = default;
 
 void IkDataFileBinder::bind(const char* rootname, int mode, int mmap) {
-  NameManager name(rootname, 20);
-  const char* filename = name.suffix(".dat");
+  const NameManager name(rootname, 20);
+  bindFile(name.suffix(".dat"), mode, mmap);
+  initExtenderDeleter(rootname);
+}
+
+void IkDataFileBinder::bindFile(const char* filename, int mode, int mmap) {
   rowdataBuffer_.release();
   rowdata_ = nullptr;
   mode_ = mode;
@@ -33,13 +37,12 @@ void IkDataFileBinder::bind(const char* rootname, int mode, int mmap) {
   storage_->Open(!mmap && mode != 0, false);
   filesize_ = storage_->MaxPos();
   offset_ = lastOffset_ = StStoragePos();
-  initExtenderDeleter(rootname);
   seek(StStoragePos());
 }
 
 void IkDataFileBinder::initExtenderDeleter(const char* rootname) {
-  extender(IkDataExtender::Bind(rootname));
-  deleter(IkDeleterVector::Bind(rootname));
+  extender(IkDataExtender::Bind(rootname, mode_));
+  deleter(IkDeleterVector::Bind(rootname, 0, 1));
 }
 
 void IkDataFileBinder::seek(const StStoragePos& position) {
@@ -105,6 +108,18 @@ IkDataRowBuffer* IkDataFileBinder::rowBuffer() {
 void IkDataFileBinder::scale(float value) {
   if (mode_ == 0) THROW(Ik, "Cannot set scale while in read-only mode.");
   if (more()) row_.scale = value;
+}
+
+void IkDataFileBinder::storeHeader() {
+  if (mode_ == 0) THROW(Ik, "Cannot change a row while in read-only mode.");
+  if (!more()) return;
+  // What is held of the file is out of date then.
+  rowdata_ = nullptr;
+  rowdataBuffer_.release();
+  StStorageHandle header =
+      storage_->Get(offset_, IkDataFileFormat::kHeaderSize, kStWrite, kStDefaultAdvice);
+  row_.store(header.data());
+  header.markDirty();
 }
 
 void IkDataFileBinder::unpackRow(IkDataFileUnpacker* functor) {

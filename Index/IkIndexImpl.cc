@@ -9,8 +9,10 @@
 #include "Fun/FdBag.h"
 #include "Fun/FdStream.h"
 #include "Index/IkException.h"
+#include "Index/IkExtender.h"
 #include "Index/IkIndexer.h"
 #include "Index/IkLocalIndexBinder.h"
+#include "Index/IkReintegrator.h"
 #include "Index/IkTransposeCreator.h"
 #include "Tool/SysTools.h"
 
@@ -47,6 +49,8 @@ IkIndexImpl::IkIndexImpl() : name_(kMaxSuffix) {
   info_.similarityVersion = 0;
   info_.numDeletedChunks = 0;
 }
+
+IkIndexImpl::~IkIndexImpl() = default;
 
 IkIndexImpl::IkIndexImpl(const char* rootname) : IkIndexImpl() { name_.base(rootname); }
 
@@ -118,16 +122,39 @@ void IkIndexImpl::mergeAdditive(FdBag* roots, int mergeTranspose, IkMergeDeleter
   mergeImpl(roots, true, mergeTranspose != 0, deleters);
 }
 
-void IkIndexImpl::extend(int, int) {
+IkExtender* IkIndexImpl::extender() {
+  if (extender_ == nullptr) {
+    extender_ = std::make_unique<IkExtender>(name_.suffix(nullptr));
+    extender_->hashbits(hashbits_);
+    extender_->showProgress(progress_freq_);
+  }
+  return extender_.get();
+}
+
+void IkIndexImpl::extend(int first_doc, int last_doc) {
   if (docmgr_ == nullptr) THROW(Ik, "Can't create_stage12 with a NULL document manager");
-  THROW(Ik, "An index can't be extended in this version; build it anew");
+  extender()->addDocuments(docmgr_, first_doc, last_doc);
 }
 
-void IkIndexImpl::remove(int, int) {
-  THROW(Ik, "Documents can't be removed from an index in this version; build it anew");
+void IkIndexImpl::remove(int first_doc, int last_doc) {
+  IkExtender* const creator = extender();
+  for (int chunk = first_doc; chunk <= last_doc; ++chunk) creator->deleteDocument(chunk);
 }
 
-void IkIndexImpl::freeze() { THROW(Ik, "Can't freeze index: no documents added or deleted"); }
+void IkIndexImpl::freeze() {
+  if (extender_ == nullptr) THROW(Ik, "Can't freeze index: no documents added or deleted");
+  // However it ends, the change is over.
+  ExceptionEnvironment environment;
+  if (GUARDED(environment)) {
+    extender_->makeIndex();
+    environment.restore_env();
+    extender_.reset();
+  } else {
+    environment.restore_env();
+    extender_.reset();
+    ExceptionManager::instance()->do_throw();
+  }
+}
 
 void IkIndexImpl::approximateExtend(int, int) {
   THROW(Ik, "IkIndexImpl::approximateExtend() is not yet implemented");
@@ -141,14 +168,18 @@ void IkIndexImpl::approximateFreeze() {
   THROW(Ik, "IkIndexImpl::approximateFreeze() is not yet implemented");
 }
 
-void IkIndexImpl::reintegrate(const char*) {
-  THROW(Ik, "An index can't be reintegrated in this version; build it anew");
+void IkIndexImpl::reintegrate(const char* newroot) {
+  IkReintegrator creator(name_.suffix(nullptr), newroot);
+  creator.makeIndex();
 }
 
 void IkIndexImpl::cleanup() { THROW(Ik, "IkIndexImpl::cleanup() is not yet implemented"); }
 
 void IkIndexImpl::deleteIncrementalFiles() {
-  for (const char* suffix : {".xw", ".xd", ".xo", ".xt"}) deleteFile(name_.suffix(suffix));
+  for (const char* suffix :
+       {".xw", ".xd", ".xo", ".xt", ".xidx.xw", ".xidx.xd", ".xidx.xo", ".xidx.xt", ".xk"}) {
+    deleteFile(name_.suffix(suffix));
+  }
 }
 
 void IkIndexImpl::deleteFile(const char* filename) {

@@ -25,6 +25,9 @@ IkMergeIndex::IkMergeIndex(const char* rootname, const char* newWordNumbersFile,
     if (newWordNumbers_ == nullptr) THROW(Ik, "Couldn't open " << newWordNumbersFile);
   }
   if (recordProximity) {
+    if (matrixData_->extender() != nullptr) {
+      THROW(Ik, "The documents that were added to '" << rootname << "' have no positions");
+    }
     proxBinder_ = new IkProxBinder(name.suffix(".prx"));
     source_.positions = proxBinder_;
   }

@@ -91,11 +91,11 @@ void showHeader(const std::string& root, IkLocalIndexBinder& binder) {
             << "numDeletedChunks   " << info.numDeletedChunks << "\n\n";
 
   static constexpr const char* kFamily[] = {
-      ".info",     ".key",     ".ptr",     ".dat",     ".idf",     ".sum",     ".norm",
-      ".norm.raw", ".ver",     ".trp",     ".prx",     ".prx.map", ".xk",      ".unstem",
-      ".idx",      "_one.idx", "_mlt.idx", ".spc",     ".lst",     ".lpt",     ".dir",
-      ".fidx",     ".fdat",    ".fnam",    ".fld.ptr", ".fld.lst", ".fld.nam", ".fld.val",
-      ".sum.map",  ".sum.idx", ".log",     ".prog",    ".size"};
+      ".info",    ".key",     ".ptr",     ".dat",     ".idf",     ".sum",     ".norm", ".norm.raw",
+      ".ver",     ".trp",     ".prx",     ".prx.map", ".xk",      ".unstem",  ".idx",  "_one.idx",
+      "_mlt.idx", ".spc",     ".lst",     ".lpt",     ".dir",     ".fidx",    ".fdat", ".fnam",
+      ".fld.ptr", ".fld.lst", ".fld.nam", ".fld.val", ".sum.map", ".sum.idx", ".log",  ".prog",
+      ".size",    ".xidx.xw", ".xidx.xo", ".xidx.xd", ".xidx.xt"};
   std::int64_t total = 0;
   for (const char* suffix : kFamily) {
     const std::int64_t size = sizeOnDisk(root + suffix);

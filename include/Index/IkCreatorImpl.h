@@ -78,6 +78,9 @@ class IkCreatorImpl {
   int totalWordCount() const { return totalWordCount_; }
 
  protected:
+  // A file of big-endian floats. Throws _Exception_IkIO.
+  static void writeFloats(const std::string& filename, const std::vector<float>& values);
+
   NameManager name_;
   IkIndexInfo info_;
   IkSimilarity sim_;

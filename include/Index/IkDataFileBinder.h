@@ -41,6 +41,8 @@ class IkDataFileBinder {
   // deletions and extension along. Throws _Exception_St for a missing file.
   void bind(const char* rootname, int mode, int mmap);
   void mmap(const char* rootname) { bind(rootname, 0, 1); }
+  // The same for a file of rows by its own name, without deletions and extension.
+  void bindFile(const char* filename, int mode, int mmap);
 
   // Stands on the row at a position. A position past the end changes nothing.
   // A file that ends within the row's header throws _Exception_Ik.
@@ -62,6 +64,10 @@ class IkDataFileBinder {
   float scale() const { return more() ? row_.scale : 0.0f; }
   // Replaces it in memory. Throws _Exception_Ik when bound for reading.
   void scale(float value);
+  // Sets the flag in memory.
+  void setExtendedData() { row_.flags |= IkDataFileFormat::kExtended; }
+  // Writes the current row's header, as it is in memory, to the file.
+  void storeHeader();
 
   // The packed pairs, dataSize() bytes; loadRow() first. A row that is longer
   // than its file throws _Exception_Ik in loadRow().

@@ -36,12 +36,16 @@ class IkIndex {
   virtual void mergeAdditive(FdBag* roots, int mergeTranspose, IkMergeDeleter** deleters) = 0;
   virtual void mergeTranspose(FdBag* roots) = 0;
 
+  // Change an index that is built: add documents of the manager, mark documents
+  // deleted. freeze() completes the changes since the last one; see IkExtender for
+  // how it ends. Throw _Exception_Ik for numbers out of range.
   virtual void extend(int first_doc, int last_doc) = 0;
   virtual void remove(int first_doc, int last_doc) = 0;
   virtual void freeze() = 0;
   virtual void approximateExtend(int first_doc, int last_doc) = 0;
   virtual void approximateRemove(int first_doc, int last_doc) = 0;
   virtual void approximateFreeze() = 0;
+  // Folds the frozen changes into a fresh index `newroot`, without digests.
   virtual void reintegrate(const char* newroot) = 0;
   virtual void cleanup() = 0;
 

@@ -1,6 +1,8 @@
 // The implementation of IkIndex.
 #pragma once
 
+#include <memory>
+
 #include "Index/IkIndex.h"
 #include "Index/IkIndexInfo.h"
 #include "Tool/NameManager.h"
@@ -8,11 +10,14 @@
 namespace vandrelle {
 
 class IkCreatorImpl;
+class IkExtender;
 
 class IkIndexImpl : public IkIndex {
  public:
   IkIndexImpl();
   explicit IkIndexImpl(const char* rootname);
+  // A change that wasn't frozen is dropped.
+  ~IkIndexImpl() override;
 
   void create(int first_doc, int last_doc) override;
   void create_stage1(int tmpfilenum, int first_doc, int last_doc) override;
@@ -68,7 +73,9 @@ class IkIndexImpl : public IkIndex {
   void updateCreator(IkCreatorImpl* creator) const;
   void copyFlags(IkCreatorImpl* creator) const;
   void mergeImpl(FdBag* roots, bool additive, bool mergeTrp, IkMergeDeleter** deleters);
-  // Removes what earlier extensions of this root left.
+  // The change in progress; begins one if there is none.
+  IkExtender* extender();
+  // Removes what earlier changes of this root left.
   void deleteIncrementalFiles();
   void deleteFile(const char* filename);
 
@@ -83,6 +90,7 @@ class IkIndexImpl : public IkIndex {
   bool createNormfile_ = true;
   bool recordProximity_ = true;
   DcDocumentManager* docmgr_ = nullptr;
+  std::unique_ptr<IkExtender> extender_;  // from the first change to freeze()
 };
 
 }  // namespace vandrelle

@@ -61,6 +61,8 @@ class IkIndexer : public IkCreatorImpl {
   // The number of the first temporary file of this run.
   int startfilenum() const { return startfilenum_; }
   void startfilenum(int number) { startfilenum_ = filenum_ = number; }
+  // The number of the next one: one past the last that was written.
+  int filenum() const { return filenum_; }
 
   // The capacity in bytes that a block of `n` bytes is given: a power of two of
   // a scale that depends on the size. Throws _Exception_Fatal for more than

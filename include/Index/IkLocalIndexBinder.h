@@ -12,7 +12,7 @@
 //   .trp                   digests of the documents             IkTransposeCreator
 //   .tmpNNN .prxNNN        temporary files                      IkIndexer
 //   .tmp.NNNN              new word numbers, while merging      IkMergeIndex
-//   .xw .xd .xo .xt        rows added later                     IkExtender
+//   .xidx.*                rows added later                     IkDataExtenderIndex
 //   .xk                    deleted documents                    IkDeleterVector
 //   .latest.info           a later count of documents           -
 //   .unstem                surface words of the stems           the driver

@@ -170,7 +170,7 @@ TEST(KeyFile, EveryKindGivesBackWhatWentIn) {
   const std::string byteLetters = "abcdefgz19\xe9\xfe-' ";
   struct Case {
     int type, access, chunkSize, dataSize;
-  } cases[] = {{7, 0, 100, 0},   {8, 16, 90, 3},  {9, 0, 80, 0},   {10, 0, 140, 0},
+  } cases[] = {{7, 0, 150, 0},   {8, 16, 90, 3},  {9, 0, 80, 0},   {10, 0, 140, 0},
                {11, 0, 100, 4},  {14, 0, 128, 5}, {14, 16, 71, 5}, {16, 14, 90, 8},
                {16, 0, 512, 60}, {14, 0, 512, 5}};
   for (const Case& c : cases) {
@@ -311,20 +311,23 @@ std::string exercised(const std::string& root, bool streams) {
 }
 
 TEST(KeyFile, DamagedFilesAreErrors) {
+  std::mt19937 random(11);
+  std::string noise(1 << 20, '\0');
+  for (char& byte : noise) byte = static_cast<char>(random());
   for (int type : {7, 8, 9, 10, 11, 14, 16}) {
     SCOPED_TRACE(type);
     TestDirectory directory;
     const std::string root = directory / "k";
     std::vector<Entry> entries;
-    for (const std::string& word : vocabulary(60, "abcd")) {
+    for (const std::string& word : vocabulary(30, "abcd")) {
       entries.push_back({word, type == 11 && entries.size() % 3 != 0 ? "" : "1234"});
     }
     create(root, 90, type, 4, entries);
     EXPECT_EQ(exercised(root, type != 11), "");
     for (const char* suffix : {".key", ".ptr"}) {
       const std::string sound = fileBytes(root + suffix);
-      for (std::size_t length = 0; length < sound.size(); length += 7) {
-        writeFile(root + suffix, sound.substr(0, length));
+      for (std::size_t length = sound.size(); length-- > 0;) {
+        std::filesystem::resize_file(root + suffix, length);
         EXPECT_NE(exercised(root, type != 11), "") << suffix << " cut to " << length;
       }
       for (std::size_t bit = 0; bit < 8 * sound.size(); bit += 1 + bit / 400) {
@@ -336,6 +339,11 @@ TEST(KeyFile, DamagedFilesAreErrors) {
                       .count(thrown.substr(0, thrown.find(':'))),
                   1u)
             << thrown;
+      }
+      // Behind a sound header of the pointer file, too.
+      for (std::size_t kept : {0, 20}) {
+        writeFile(root + suffix, sound.substr(0, kept) + noise);
+        EXPECT_NE(exercised(root, type != 11), "");
       }
       writeFile(root + suffix, sound);
     }

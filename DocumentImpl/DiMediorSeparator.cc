@@ -71,7 +71,7 @@ long DiMediorSeparator::gotoNextArticle(std::ifstream* thisFile, long* docEnd) {
     lexer_->nextCharacter(static_cast<char>(c));
     ++position;
   };
-  for (int letters = 0; !ended && letters < currentSepSize_;) {
+  for (long letters = 0; !ended && letters < currentSepSize_;) {
     feed();
     if (ended) break;
     if (const WmWord* word = lexer_->word()) letters += word->num_letters();

@@ -61,8 +61,10 @@ void removeTempFiles(NameManager* rootName) {
 }
 
 void removeTempPositions(NameManager* rootName) {
-  for (const std::string& name : filesWithPrefix(rootName->suffix(".prx"))) {
-    const std::string number = name.substr(name.rfind(".prx") + 4);
+  const std::string prefix = rootName->suffix(".prx");
+  const std::size_t length = prefix.size() - (prefix.rfind('/') + 1);
+  for (const std::string& name : filesWithPrefix(prefix)) {
+    const std::string number = name.substr(name.rfind('/') + 1 + length);
     const bool isRun = !number.empty() && number.find_first_not_of("0123456789") == number.npos;
     if (isRun) SysTools::removeFile(name.c_str());
   }

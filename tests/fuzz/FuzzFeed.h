@@ -1,8 +1,6 @@
-// What the fuzzers of feeds share: a folder in memory, the input as a file in it,
-// and the helpers of the built-in types, chosen by the input's first byte.
+// What the fuzzers of feeds share: the input as a file, and the helpers of the
+// built-in types, chosen by the input's first byte.
 #pragma once
-
-#include <stdlib.h>
 
 #include <cstdint>
 #include <fstream>
@@ -11,6 +9,7 @@
 
 #include "Document/DcFileStream.h"
 #include "DocumentImpl/DiHelperDistributor.h"
+#include "fuzz/FuzzFolder.h"
 
 namespace vandrelle {
 
@@ -18,10 +17,7 @@ class FuzzFeed {
  public:
   static constexpr int kTypes = 16;
 
-  FuzzFeed() {
-    char name[] = "/dev/shm/vandrelle_fuzz_XXXXXX";
-    folder_ = mkdtemp(name);
-    root_ = folder_ + "/root";
+  FuzzFeed() : root_(folder_ / "root") {
     std::ofstream(root_ + ".cus") << "%%\nName=\n";
     std::ofstream table(root_ + ".sep", std::ios::binary);
     for (int i = 0; i < 100000; ++i) table << '\0' << '\0' << '\0' << static_cast<char>(i % 97);
@@ -35,15 +31,15 @@ class FuzzFeed {
 
   // A stream over the bytes; good until the next call.
   DcSourceStream* open(const std::uint8_t* data, std::size_t size) {
-    const std::string path = folder_ + "/feed";
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    const std::string path = folder_ / "feed";
+    FuzzFolder::write(path, reinterpret_cast<const char*>(data), size);
     stream_ = std::make_unique<DcSourceStream>(path.c_str());
     return stream_.get();
   }
 
  private:
-  std::string folder_, root_;
+  FuzzFolder folder_;
+  std::string root_;
   DiHelperDistributor* helpers_;  // lives as long as the process
   std::unique_ptr<DcSourceStream> stream_;
 };

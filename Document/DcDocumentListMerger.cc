@@ -228,7 +228,7 @@ void DcDocumentListMerger::addFiles(Source* source) {
     int64_t next = i + 1;
     while (offsetOf(next) < 0) ++next;
     const int64_t length = offsetOf(next) - begin;
-    if (begin < place || length < kShortestEntry) {
+    if (begin < place || length < kShortestEntry || begin + length > listEnd) {
       damaged(source->pointers.path(), "the names of its files overlap");
     }
     if (begin != place) source->names.seek(begin);

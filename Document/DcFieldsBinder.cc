@@ -43,7 +43,6 @@ DcFieldsBinder::~DcFieldsBinder() = default;
 
 bool DcFieldsBinder::openSlow(const char* root) {
   const NameManager name(root, 20);
-  slowOpen_ = true;
   if (!islist_.open(name.suffix(".fld.lst"))) return false;
   if (!SysTools::fileExists(name.suffix(".fld.val"))) return false;
   isval_.open(name.suffix(".fld.val"), kReadExisting);
@@ -62,6 +61,7 @@ bool DcFieldsBinder::openSlow(const char* root) {
     ptr2nam_[field.position] = field.name;
     nam2ptr_.emplace(field.name, field.position);
   }
+  slowOpen_ = true;
   return true;
 }
 

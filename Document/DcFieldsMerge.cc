@@ -16,6 +16,7 @@
 #include "Document/TempFnameCreator.h"
 #include "Fun/FdStream.h"
 #include "Index/IkMergeDeleter.h"
+#include "Storage/StFileStorage.h"
 #include "Tool/HeapText.h"
 #include "Tool/NameManager.h"
 #include "Tool/SysTools.h"
@@ -105,6 +106,8 @@ bool DcFieldsCreator::copy(const char* src_root, const char* dst_root) {
 bool DcFieldsCreator::remove(const char* root) {
   const NameManager name(root, 20);
   for (const char* suffix : kSlowSuffixes) {
+    // The values may have grown to several files.
+    if (suffix == kValueSuffix && StFileStorage::Remove(name.suffix(suffix))) continue;
     int tries = 0;
     while (::unlink(name.suffix(suffix)) != 0) {
       if (errno != EINTR || ++tries == kUnlinkTries) return false;
@@ -120,6 +123,7 @@ bool DcFieldsCreator::merge(const char* src_root, const char* dst_root, DcFieldB
   DcFieldsCreator target(dst_root, 1);
   if (!source.valid() || !target.valid()) return false;
   if (conversions != nullptr) source.equate(conversions);
+  if (docnum > static_cast<int>(target.mainEnd_ / kPtrBytes)) return false;
   if (docnum >= 0) target.gotoDoc(docnum);
   std::unique_ptr<FdStream> names(fieldBag != nullptr ? fieldBag->iterator() : nullptr);
   for (int doc = 0; doc < source.numDocuments(); ++doc) {
@@ -133,8 +137,9 @@ bool DcFieldsCreator::merge(const char* src_root, const char* dst_root, DcFieldB
     }
     target.endDoc();
   }
+  target.restoreTail();
   target.flush();
-  return target.valid();
+  return source.valid() && target.valid();
 }
 
 bool DcFieldsCreator::mergeFastFields(const char* src_root, const char* dst_root,
@@ -144,7 +149,8 @@ bool DcFieldsCreator::mergeFastFields(const char* src_root, const char* dst_root
   const NameManager target(dst_root, 20);
   if (!SysTools::fileExists(source.suffix(".fdat"))) return false;
   DcFieldsBinder binder(src_root);
-  if (!binder.valid() || !binder.gotoDoc(0)) return false;
+  // Where the slow form is there too, it is the fast one that counts.
+  if (!binder.valid() || !binder.fastFilesOn(src_root) || !binder.gotoDoc(0)) return false;
   std::ofstream index(target.suffix(".fidx"), std::ios::binary | std::ios::app);
   StStorageStream values(target.suffix(".fdat"), kReadWriteAtEnd);
   StStorageStream from(source.suffix(".fdat"), kReadExisting);

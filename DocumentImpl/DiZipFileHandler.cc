@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string>
 
 #include "Document/DcFileStream.h"
 #include "Exception.h"
@@ -24,7 +25,10 @@ constexpr int kNotStarted = 127;
 
 // The child's part. It must neither return into the copy of the run that it is
 // nor flush its buffers, so its throw ends here.
-[[noreturn]] void decompress(const char* file, int output) {
+[[noreturn]] void decompress(const char* path, int output) {
+  // A name such as "-" is not to be taken for an option.
+  const std::string named = (path[0] == '-' ? "./" : "") + std::string(path);
+  const char* const file = named.c_str();
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     ::dup2(output, STDOUT_FILENO);
@@ -47,10 +51,11 @@ void waitFor(pid_t child, const char* file) {
     LOG(0, 0, "the decompressor of " << file << " cannot be waited for: " << SysTools::strerror());
     return;
   }
+  // A log line is cut when it gets too long, which only the name can make it.
   if (WIFSIGNALED(status)) {
-    LOG(0, 0, "decompressing " << file << " ended by signal " << WTERMSIG(status));
+    LOG(0, 0, "signal " << WTERMSIG(status) << " ended the decompression of " << file);
   } else if (WEXITSTATUS(status) != 0) {
-    LOG(0, 0, "decompressing " << file << " ended with status " << WEXITSTATUS(status));
+    LOG(0, 0, "status " << WEXITSTATUS(status) << " from the decompression of " << file);
   }
 }
 
@@ -68,9 +73,9 @@ std::string DiZipFileHandler::temporaryName(const std::ifstream* stream) const {
 std::ifstream* DiZipFileHandler::Open(const char* file) {
   auto stream = std::make_unique<DcSourceStream>();
   const std::string name = temporaryName(stream.get());
-  // The name can be foretold, so nobody's link is followed.
-  const int output =
-      ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644);
+  // The name can be foretold, so what stands there, link or file, is not written into.
+  SysTools::removeFile(name.c_str());
+  const int output = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
   if (output < 0) THROW(Fatal, "couldn't open " << name);
   const pid_t child = ::fork();
   if (child == 0) decompress(file, output);

@@ -99,9 +99,9 @@ void specifyFields(DcMetaIndexCreator* imgr, DcFieldBag* fields) {
   imgr->specifyFields(fields);
 }
 
-bool isCrawlerType(int type) { return type == 10 || type == 14; }
-
 }  // namespace
+
+bool isCrawlerType(int type) { return type == 10 || type == 14; }
 
 DcFieldParser* FIELD_PARSER() {
   DcFieldParser* parser = new DcFieldParser;

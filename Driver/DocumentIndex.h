@@ -38,6 +38,9 @@ void buildFeedIndex(NameManager* rootName, int type, FdSStream* restArgs, const 
                     int summaryMode, int numSumSent, VandrelleLogIostream* logger,
                     const char* summaryroot, const char* mapfile, TkStemmer* stemmer);
 
+// A type whose articles tell their addresses.
+bool isCrawlerType(int type);
+
 // A new index creator that knows what to take and as which type; the caller owns
 // it. `mode` has the bits of ModeMask; `exclude`, the path of an exclusion file,
 // may be null. Throws _Exception_IO when that file cannot be opened.

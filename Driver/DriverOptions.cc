@@ -1,6 +1,8 @@
 #include "Driver/DriverOptions.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 namespace vandrelle {
 
@@ -62,6 +64,19 @@ std::string configurationPath(int argc, char** argv) {
   named = std::getenv("VANDRELLE_CONFIG");
   if (named != nullptr && *named != '\0') return named;
   return ".vandrelleinit";
+}
+
+const char* optionWithoutValue(int argc, char** argv, const std::vector<const char*>& valued) {
+  const auto isValued = [&](const char* token) {
+    return std::any_of(valued.begin(), valued.end(),
+                       [token](const char* flag) { return std::strcmp(token, flag) == 0; });
+  };
+  for (int i = 1; i < argc; ++i) {
+    if (!isValued(argv[i])) continue;
+    if (i + 1 == argc || isValued(argv[i + 1])) return argv[i];
+    ++i;
+  }
+  return nullptr;
 }
 
 int summaryModeOf(CommandLine& options) {

@@ -1,7 +1,9 @@
-// The option table of vandrelleIndex and the way its sources are read.
+// The option table of vandrelleIndex and the way its sources are read, and what the
+// option tables of the other programs share.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "Tool/CommandLine.h"
 
@@ -14,6 +16,10 @@ void declareDriverOptions(CommandLine* options);
 // environment variable VANDRELLE_CONFIG names, else ".vandrelleinit" in the
 // working directory. A -C inside the file itself has no effect.
 std::string configurationPath(int argc, char** argv);
+
+// For programs that refuse what is wrong: the first of the options `valued` that has
+// no value, being the last argument or before another of them. Null if all have.
+const char* optionWithoutValue(int argc, char** argv, const std::vector<const char*>& valued);
 
 // How summaries are made: 0 none, 1 from the top of the text, 2 by the
 // summarizer. With both options the second wins.

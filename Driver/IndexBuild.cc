@@ -80,10 +80,12 @@ void IndexBuild::makeTools(const char* stem, const char* stop, bool positions) {
 }
 
 void IndexBuild::makeRealStemmer(const char* stem, const char* stop) {
-  // Tables that the user names must be there. Where none is named and none is
-  // installed, the words can be indexed all the same.
-  if ((stem == nullptr && !SysTools::fileExists(kDefaultStemTable)) ||
-      (stop == nullptr && !SysTools::fileExists(kDefaultStopKeys))) {
+  // Tables that the user names must be there, and so must the installed one where
+  // only the other is named. Where none is named and none is installed, the words can
+  // be indexed all the same.
+  const bool installed =
+      SysTools::fileExists(kDefaultStemTable) && SysTools::fileExists(kDefaultStopKeys);
+  if (stem == nullptr && stop == nullptr && !installed) {
     LOG(0, 0,
         "No stem and stop tables are installed in /Vandrelle/table and none are named with -stem "
         "and -stop: the unstemming table is left out");

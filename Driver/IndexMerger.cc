@@ -18,6 +18,7 @@
 #include "Driver/VymTypes.h"
 #include "Exception.h"
 #include "Fun/Fd.h"
+#include "Index/IkDeleterVector.h"
 #include "Index/IkIndex.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkMergeDeleter.h"
@@ -32,6 +33,7 @@ namespace fs = std::filesystem;
 EXCEPTION_FAMILY(Merge);
 
 constexpr const char* kWorkSuffix = ".tmp.merge";
+constexpr const char* kFormer = ".former";
 constexpr const char* kHeader = ".info";
 constexpr int kFastPosition = 5;
 
@@ -39,16 +41,17 @@ constexpr int kFastPosition = 5;
 constexpr const char* kNeeded[] = {kHeader, ".key", ".ptr",  ".dat",  ".idx",
                                    ".lst",  ".lpt", ".fidx", ".fdat", ".fnam"};
 // Words and documents that were added later stand beside the index proper.
-constexpr const char* kExtensions[] = {".xw", ".xd", ".xo", ".xt"};
+constexpr const char* kExtensions[] = {".xw", ".xd", ".xo", ".xt", ".xidx.xw"};
 
-// All that an index may have under its root, the header apart. A former index goes
-// with its run files and with its deleted documents, which were others.
+// All that an index may have under its root, the header apart.
 constexpr const char* kFamily[] = {
-    ".key", ".ptr",     ".dat",    ".idf",  ".sum",     ".norm",    ".norm.raw", ".trp",
-    ".prx", ".prx.map", ".unstem", ".idx",  "_one.idx", "_mlt.idx", ".lst",      ".lpt",
-    ".dir", ".fidx",    ".fdat",   ".fnam", ".fld.ptr", ".fld.lst", ".fld.nam",  ".fld.val",
-    ".ver", ".size",    ".log",    ".prog", ".sum.map", ".sum.idx", ".xk",       ".xw",
-    ".xd",  ".xo",      ".xt",     ".spc",  ".wrd",     ".qa.map",  ".qa.cache", ".latest.info"};
+    ".key",     ".ptr",     ".dat",     ".idf",      ".sum",         ".norm",    ".norm.raw",
+    ".trp",     ".prx",     ".prx.map", ".unstem",   ".idx",         "_one.idx", "_mlt.idx",
+    ".lst",     ".lpt",     ".dir",     ".fidx",     ".fdat",        ".fnam",    ".fld.ptr",
+    ".fld.lst", ".fld.nam", ".fld.val", ".ver",      ".size",        ".log",     ".prog",
+    ".sum.map", ".sum.idx", ".xk",      ".xw",       ".xd",          ".xo",      ".xt",
+    ".spc",     ".wrd",     ".qa.map",  ".qa.cache", ".latest.info", ".xidx.xw", ".xidx.xo",
+    ".xidx.xd", ".xidx.xt"};
 
 using FileId = std::pair<dev_t, ino_t>;
 
@@ -69,16 +72,19 @@ std::string bytesOf(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The files of a folder whose names begin as the last part of `prefix` does.
-std::vector<fs::path> filesWithPrefix(const std::string& prefix) {
-  const fs::path whole(prefix);
+// What there is of the index `root`: the files of its folder whose names go on with a
+// suffix.
+std::vector<fs::path> workFiles(const std::string& root) {
+  const fs::path whole(root);
   const fs::path folder = whole.has_parent_path() ? whole.parent_path() : fs::path(".");
   const std::string name = whole.filename().string();
   std::vector<fs::path> found;
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    if (entry->path().filename().string().compare(0, name.size(), name) == 0) {
+    const std::string file = entry->path().filename().string();
+    if (file.size() > name.size() && file.compare(0, name.size(), name) == 0 &&
+        (file[name.size()] == '.' || file[name.size()] == '_')) {
       found.push_back(entry->path());
     }
   }
@@ -92,11 +98,26 @@ void removeOrThrow(const std::string& path) {
   if (error) THROW(Merge, "'" << path << "' cannot be replaced: " << error.message());
 }
 
-void moveOrThrow(const std::string& from, const std::string& to) {
-  std::error_code error;
-  fs::rename(from, to, error);
-  if (error) THROW(Merge, "'" << from << "' cannot become '" << to << "': " << error.message());
-}
+// Renames files, and where one cannot be renamed takes all before it back and throws.
+class Renaming {
+ public:
+  void operator()(const std::string& from, const std::string& to) {
+    std::error_code error;
+    fs::rename(from, to, error);
+    if (!error) {
+      done_.emplace_back(from, to);
+      return;
+    }
+    for (auto move = done_.rbegin(); move != done_.rend(); ++move) {
+      std::error_code ignored;
+      fs::rename(move->second, move->first, ignored);
+    }
+    THROW(Merge, "'" << from << "' cannot become '" << to << "': " << error.message());
+  }
+
+ private:
+  std::vector<std::pair<std::string, std::string>> done_;
+};
 
 // The word index ends with the last document that has a word, the document list
 // need not. The documents of the next source come behind all of the list.
@@ -155,7 +176,7 @@ void IndexMerger::checkTarget() const {
   }
   std::vector<std::string> replaced = {root_ + kHeader};
   for (const char* suffix : kFamily) replaced.push_back(root_ + suffix);
-  for (const fs::path& path : filesWithPrefix(workRoot_)) replaced.push_back(path.string());
+  for (const fs::path& path : workFiles(workRoot_)) replaced.push_back(path.string());
   for (const std::string& path : replaced) {
     if (idOf(path, &id) && read.count(id) != 0) {
       THROW(Merge, "the new index would replace '" << path << "', a file of one that is merged");
@@ -164,7 +185,7 @@ void IndexMerger::checkTarget() const {
 }
 
 void IndexMerger::discard(const std::string& root) {
-  for (const fs::path& path : filesWithPrefix(root + kWorkSuffix)) {
+  for (const fs::path& path : workFiles(root + kWorkSuffix)) {
     std::error_code ignored;
     fs::remove_all(path, ignored);
   }
@@ -176,6 +197,7 @@ void IndexMerger::build(TkStemmer* stemmer) {
   mergeFields();
   mergeWords();
   mergeDigests();
+  mergeDeletions();
   if (stemmer == nullptr) return;
   NameManager name(workRoot_.c_str(), 20);
   CREATE_UNSTEM_INDEX(&name, stemmer, documents_);
@@ -216,7 +238,10 @@ void IndexMerger::mergeWords() {
   VymTypes types(workRoot_.c_str(), 0);
   TkPassStem stemmer;
   DcMetaDocManager documents(workRoot_.c_str(), &stemmer, nullptr, &types);
-  std::ofstream(workRoot_ + ".size") << documents.corpusSize();
+  std::ofstream size(workRoot_ + ".size");
+  if (!(size << documents.corpusSize()).flush()) {
+    THROW(Merge, "'" << workRoot_ << ".size' cannot be written");
+  }
   const std::unique_ptr<IkIndex> index(IkIndex::index(workRoot_.c_str()));
   index->recordProximity(positions_);
   index->setOptions(&documents);
@@ -270,13 +295,37 @@ void IndexMerger::mergeDigests() {
   words_ = info.numTerms;
 }
 
-void IndexMerger::moveIntoPlace() {
-  removeOrThrow(root_ + kHeader);
-  for (const char* suffix : kFamily) removeOrThrow(root_ + suffix);
-  for (const char* suffix : kFamily) {
-    if (isThere(workRoot_ + suffix)) moveOrThrow(workRoot_ + suffix, root_ + suffix);
+// The rows have lost the deleted documents already; who changes the new index counts
+// on the list.
+void IndexMerger::mergeDeletions() {
+  std::unique_ptr<IkDeleterVector> merged;
+  int first = 0;
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    const std::unique_ptr<IkDeleterVector> source(IkDeleterVector::Bind(sources_[i].c_str(), 0, 1));
+    for (int doc = 0; source != nullptr && doc < counts_[i]; ++doc) {
+      if (!source->isDeleted(doc)) continue;
+      if (!merged) merged.reset(IkDeleterVector::Create(workRoot_.c_str(), documents_, 0));
+      merged->deleteDocument(first + doc);
+    }
+    first += counts_[i];
   }
-  moveOrThrow(workRoot_ + kHeader, root_ + kHeader);
+  if (!merged) return;
+  merged->done();
+  merged->freeze();
+}
+
+void IndexMerger::moveIntoPlace() {
+  const std::string former = workRoot_ + kFormer;
+  Renaming rename;
+  if (isThere(root_ + kHeader)) rename(root_ + kHeader, former + kHeader);
+  for (const char* suffix : kFamily) {
+    if (isThere(root_ + suffix)) rename(root_ + suffix, former + suffix);
+  }
+  for (const char* suffix : kFamily) {
+    if (isThere(workRoot_ + suffix)) rename(workRoot_ + suffix, root_ + suffix);
+  }
+  rename(workRoot_ + kHeader, root_ + kHeader);
+  discard(root_);
 }
 
 }  // namespace vandrelle

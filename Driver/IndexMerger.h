@@ -30,7 +30,7 @@ class IndexMerger {
   // Writes the new index under its working root. With a `stemmer` (not owned; may be
   // null) also the unstemming table.
   void build(TkStemmer* stemmer);
-  // Puts it in the place of a former one.
+  // Puts it in the place of a former one, which goes only when the new one stands.
   void moveIntoPlace();
 
   // Removes what there is under the working root of `root`: what a run has left that
@@ -51,6 +51,7 @@ class IndexMerger {
   void mergeFields();
   void mergeWords();
   void mergeDigests();
+  void mergeDeletions();
   std::string newWordNumbersFile(std::size_t source) const;
 
   std::string root_;

@@ -15,6 +15,7 @@
 #include "Index/IkDataFileBinder.h"
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkWordTable.h"
+#include "Storage/StFileStorage.h"
 #include "Token/TkStemmer.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/HeapText.h"
@@ -71,7 +72,9 @@ void removeTempPositions(NameManager* rootName) {
 }
 
 void removeFieldFiles(NameManager* rootname) {
-  for (const char* suffix : {".fld.nam", ".fld.val", ".fld.ptr", ".fld.lst"}) {
+  SysTools::removeFile(rootname->suffix(".fld.nam"));
+  StFileStorage::Remove(rootname->suffix(".fld.val"));  // perhaps of several files
+  for (const char* suffix : {".fld.ptr", ".fld.lst"}) {
     SysTools::removeFile(rootname->suffix(suffix));
   }
 }
@@ -89,9 +92,9 @@ int CREATE_FAST_FILES(NameManager* root) {
   if (!DcFieldsBinder::createFastFiles(&fields, nullptr, nullptr, rootname.c_str(), nullptr)) {
     return 0;
   }
-  for (const char* suffix : {".fld.nam", ".fld.lst", ".fld.val", ".fld.ptr"}) {
-    SysTools::removeFile(root->suffix(suffix));
-  }
+  for (const char* suffix : {".fld.nam", ".fld.lst"}) SysTools::removeFile(root->suffix(suffix));
+  StFileStorage::Remove(root->suffix(".fld.val"));
+  SysTools::removeFile(root->suffix(".fld.ptr"));
   return 1;
 }
 

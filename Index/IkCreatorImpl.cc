@@ -51,14 +51,9 @@ std::vector<unsigned char> bigEndian(const std::vector<float>& values) {
 }
 
 // The positions of an earlier index of this name must not pass for those of the new
-// one. Initialize() makes one file of whatever number they have grown to.
+// one.
 void removePositions(const NameManager& name) {
-  for (const char* suffix : {".prx.map", ".prx"}) {
-    const std::string path = name.suffix(suffix);
-    if (!SysTools::fileExists(path.c_str())) continue;
-    StFileStorage(path.c_str(), false).Initialize();
-    SysTools::removeFile(path.c_str());
-  }
+  for (const char* suffix : {".prx.map", ".prx"}) StFileStorage::Remove(name.suffix(suffix));
 }
 
 // Hands the (chunk, frequency) pairs of the merger's current row to `take`.
@@ -214,7 +209,12 @@ void IkCreatorImpl::compileIndex(NameManager* name, IkMerger* merger) {
 
   for (merger->reset(); merger->more(); merger->next()) compileWord(merger, &files);
 
-  if (files.positionMap) files.positionMap->add(files.positions->tell());
+  if (files.positionMap) {
+    files.positionMap->add(files.positions->tell());
+    // On disk before the header is written, which says that the index is whole.
+    files.positions = nullptr;
+    merger->proxCreator(nullptr);
+  }
   if (createSumfile_) finishSums(&files.sums, name->suffix(".sum"));
   if (createNormfile_) finishNorms(files.norms, name->suffix(".norm"));
   files.data.flush();

@@ -79,10 +79,12 @@ std::string tempfileSuffix(int number) {
 
 }  // namespace
 
-// The rows there are, as a source of the merger.
+// The rows there are, as a source of the merger. A change whose last files could not
+// be written has left documents behind that the index doesn't know, from `numDocs` on:
+// they are dropped, as the next change brings them again.
 class IkDataExtenderIndex::FrozenRows : public IkMergeObject {
  public:
-  explicit FrozenRows(IkDataExtenderIndex* rows) : rows_(rows) {}
+  FrozenRows(IkDataExtenderIndex* rows, int numDocs) : rows_(rows), numDocs_(numDocs) {}
 
   void reset() override { row_ = 0; }
   const WmWord* word() override {
@@ -92,17 +94,20 @@ class IkDataExtenderIndex::FrozenRows : public IkMergeObject {
   }
   int maxElements() override { return static_cast<int>(rows_->xdatafile_->dataSize()); }
   void unpack(int* row, int rowSize, int* total_num, IkProxCreator*) override {
-    IkCountingUnpacker unpacker(rowSize, row, total_num);
-    rows_->xdatafile_->unpackRow(&unpacker);
+    IkCountingUnpacker counter(rowSize, row, total_num);
+    rows_->xdatafile_->unpackAllPairs([&](int doc_num, int doc_freq) {
+      if (doc_num < numDocs_) counter.action(doc_num, doc_freq, 0.0f);
+    });
   }
   void unpackSparse(IkDocumentInfo* start, int* total_num, IkProxCreator*) override {
     rows_->xdatafile_->unpackAllPairs([&](int doc_num, int doc_freq) {
-      start[(*total_num)++] = {doc_num, doc_freq};
+      if (doc_num < numDocs_) start[(*total_num)++] = {doc_num, doc_freq};
     });
   }
 
  private:
   IkDataExtenderIndex* rows_;
+  int numDocs_;
   int row_ = 0;
 };
 
@@ -127,9 +132,10 @@ IkDataExtenderIndex::~IkDataExtenderIndex() {
 }
 
 void IkDataExtenderIndex::bindFiles(const char* words, const char* offsets, const char* data) {
-  const int keyfile = ::open(name_.suffix(words), O_RDONLY | O_CLOEXEC);
   std::ifstream pointers(name_.suffix(offsets), std::ios::binary);
-  if (keyfile < 0 || !pointers) damaged();
+  if (!pointers) damaged();
+  const int keyfile = ::open(name_.suffix(words), O_RDONLY | O_CLOEXEC);
+  if (keyfile < 0) damaged();
   keyfile_ = std::make_unique<KdFileALAccessorCon>(&pointers, keyfile);
   if (keyfile_->Data_Size() != kKeyFileDataSize) damaged();
   xwordtable_ = std::make_unique<IkLocalWordTable>(keyfile_.get(), nullptr);
@@ -228,7 +234,7 @@ void IkDataExtenderIndex::done() {
   {
     IkMerger merger(numFiles + (keyfile_ ? 1 : 0));
     int source = 0;
-    if (keyfile_) merger.mergeObject(source++, new FrozenRows(this));
+    if (keyfile_) merger.mergeObject(source++, new FrozenRows(this, info.totalNumChunks));
     for (int i = 0; i < numFiles; ++i) {
       merger.mergeObject(source++,
                          new IkMergeTempfile(name_.suffix(tempfileSuffix(i).c_str()), nullptr));
@@ -251,12 +257,14 @@ void IkDataExtenderIndex::mergeRows(IkMerger* merger, const std::vector<int>& ro
   const std::unique_ptr<KdFileCreator> names(KfKeyFileManager::KdCreate(
       name_.suffix(".new"), kKeyFileChunkSize, kKeyFileType, kKeyFileDataSize));
   for (merger->reset(); merger->more(); merger->next()) {
+    const int pairs = merger->sparseSize();
+    const auto isThere = [](int freq) { return freq != 0; };
+    if (pairs == 0 || (pairs < 0 && std::none_of(row.begin(), row.end(), isThere))) continue;
     const StStoragePos position = rows.offset();
     unsigned char place[kKeyFileDataSize];
     storeU32(place, position.Lo());
     place[4] = static_cast<unsigned char>(position.Hi());
     names->Add_Entry(merger->word(), place, kKeyFileDataSize);
-    const int pairs = merger->sparseSize();
     if (pairs >= 0) {
       rows.writeRow(reinterpret_cast<const IkDocumentInfo*>(row.data()), pairs, 0.0f);
     } else {

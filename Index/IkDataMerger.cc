@@ -1,5 +1,8 @@
 #include "Index/IkDataMerger.h"
 
+#include <climits>
+#include <cstdint>
+
 #include "Index/IkException.h"
 #include "Index/IkMerger.h"
 
@@ -17,6 +20,9 @@ void IkDataMerger::addIndex(const char* rootname, const char* newWordNumbersFile
   index->deleter(deleter);
   const IkIndexInfo& source = index->info();
   if (additiveMode_) {
+    if (std::int64_t{info_.totalNumChunks} + source.totalNumChunks >= INT_MAX) {
+      THROW(Ik, "The documents of the merged indexes are too many");
+    }
     info_.totalNumChunks += source.totalNumChunks;
     if (deleter != nullptr) info_.totalNumChunks -= deleter->numDeletedChunks();
     info_.numDeletedChunks += source.numDeletedChunks;

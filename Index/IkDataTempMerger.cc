@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include <climits>
+#include <cstdint>
+
 #include "Index/IkException.h"
 #include "Index/IkIndexer.h"
 #include "Index/IkMergeIndex.h"
@@ -16,6 +19,9 @@ IkDataTempMerger::~IkDataTempMerger() = default;
 
 void IkDataTempMerger::addIndex(const char* rootname) {
   auto index = std::make_unique<IkMergeIndex>(rootname, nullptr, recordProximity_);
+  if (std::int64_t{info_.totalNumChunks} + index->info().totalNumChunks >= INT_MAX) {
+    THROW(Ik, "The documents of the merged indexes are too many");
+  }
   info_.totalNumChunks += index->info().totalNumChunks;
   info_.numDeletedChunks += index->info().numDeletedChunks;
   objectList_.push_back(std::move(index));

@@ -75,6 +75,7 @@ void IkDeleterVector::map(const char* suffix, int mode) {
   // pass it by one.
   if (fileSize_ < kHeaderSize || totalNumDocs_ < 0 || fileSize_ < sizeFor(totalNumDocs_) ||
       numDeleted_ < 0 || numDeleted_ - 1 > totalNumDocs_) {
+    map_.release();
     THROW(Ik, "The list of deleted documents '" << filename << "' is damaged");
   }
 }
@@ -126,14 +127,12 @@ void IkDeleterVector::done() {
 
 void IkDeleterVector::freeze() {
   if (readOnly_) return;
-  map_.release();
-  vector_ = nullptr;
-  fileSize_ = 0;
   const std::string shadow = name_.suffix(kShadow);
   if (std::rename(shadow.c_str(), name_.suffix(kVector)) != 0) {
     THROW(Ik, "Failed to unmap temp deleter file.");
   }
   readOnly_ = 1;
+  map_.release();
   map(kVector, kMapReadOnly);
 }
 

@@ -1,6 +1,7 @@
 #include "Index/IkExtender.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <iostream>
 
@@ -42,6 +43,7 @@ void IkExtender::initObjects() {
 
 void IkExtender::addDocuments(DcDocumentManager* dm, int first, int last) {
   if (last < first) THROW(Ik, "Must extend by at least one document.");
+  if (last == INT_MAX) THROW(Ik, "There are no indexes with a document " << last);
   const int before = info_.totalNumChunks;
   if (first < before) {
     THROW(Ik, "Can't extend by document " << first << ": the index has " << before

@@ -175,7 +175,9 @@ void IkIndexImpl::reintegrate(const char* newroot) {
 
 void IkIndexImpl::cleanup() { THROW(Ik, "IkIndexImpl::cleanup() is not yet implemented"); }
 
+// A change that was begun is one of the former index.
 void IkIndexImpl::deleteIncrementalFiles() {
+  extender_.reset();
   for (const char* suffix :
        {".xw", ".xd", ".xo", ".xt", ".xidx.xw", ".xidx.xd", ".xidx.xo", ".xidx.xt", ".xk"}) {
     deleteFile(name_.suffix(suffix));

@@ -7,6 +7,7 @@
 #include "Fun/FdBag.h"
 #include "Fun/FdStream.h"
 #include "Index/IkDataMerger.h"
+#include "Index/IkDigestBuilder.h"
 #include "Index/IkException.h"
 #include "Index/IkIndexImpl.h"
 #include "Index/IkLocalIndexBinder.h"
@@ -40,7 +41,8 @@ class DigestCopier {
     IkLocalIndexBinder source(root, nullptr);
     numbers_.bind(numbersFile.c_str(), 0, 0);
     const int documents = source.info()->totalNumChunks;
-    if (first + std::int64_t{documents} > std::min(target_->numDocs(), numNorms_)) {
+    if (documents < 0 ||
+        first + std::int64_t{documents} > std::min(target_->numDocs(), numNorms_)) {
       THROW(Ik, "The merged index has fewer documents than its sources");
     }
     // A norm of 0 marks a document without words.
@@ -91,17 +93,25 @@ void IkIndexImpl::mergeImpl(FdBag* roots, bool additive, bool mergeTrp, IkMergeD
     merger.addIndex(static_cast<const char*>(names->key()), mergeTrp ? side.c_str() : nullptr,
                     deleters != nullptr ? deleters[i] : nullptr);
   }
+  deleteIncrementalFiles();
   merger.makeIndex();
 }
 
 void IkIndexImpl::mergeTranspose(FdBag* roots) {
   IkIndexInfo info;
   info.read(name_.suffix(".info"));
+  if (info.totalNumChunks < 0 || info.numDigestWords <= 0 ||
+      info.numDigestWords > IkDigestBuilder::kMaxDigestSize) {
+    THROW(Ik, "The file '" << name_.suffix(".info") << "' holds a count out of range");
+  }
   const std::string filename = name_.suffix(".trp");
+  const SysToolsMapObject norms(name_.suffix(".norm"), 0, 0);
+  if (norms.len() < info.totalNumChunks) {
+    THROW(Ik, "The file '" << name_.suffix(".norm") << "' is too short");
+  }
   auto loader =
       std::make_unique<IkTransposeLoaderFile>(filename.c_str(), info.numDigestWords, 1, 0);
   loader->zeroFill(info.totalNumChunks);
-  const SysToolsMapObject norms(name_.suffix(".norm"), 0, 0);
   IkTranspose target(info.totalNumChunks, info.numDigestWords);
   target.externalCache(loader.release(), kTargetCache);
 

@@ -18,6 +18,11 @@ IkMergeIndex::IkMergeIndex(const char* rootname, const char* newWordNumbersFile,
   matrixData_ = std::make_unique<IkDataFileBinder>();
   matrixData_->bind(rootname, 0, 0);
   info_.read(name.suffix(".info"));
+  // The number of documents may itself have been deleted, see IkDeleterVector.
+  if (info_.totalNumChunks < 0 || info_.numDeletedChunks < 0 ||
+      info_.numDeletedChunks - 1 > info_.totalNumChunks) {
+    THROW(Ik, "The file '" << name.suffix(".info") << "' holds a count out of range");
+  }
   source_.numChunks = info_.totalNumChunks;
   source_.deleted = matrixData_->deleter();
   if (newWordNumbersFile != nullptr) {

@@ -3,6 +3,9 @@
 #include <sys/stat.h>
 
 #include <cstring>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 #include "Index/IkDataExtenderIndex.h"
 #include "Index/IkException.h"
@@ -25,6 +28,17 @@ bool IkReintegrator::validExtendedFile() const {
   return ::stat(name_.suffix(".xidx.xw"), &status) == 0 && status.st_size > 0;
 }
 
+void IkReintegrator::takeDeletions() {
+  namespace fs = std::filesystem;
+  for (const char* suffix : {".xidx.xw", ".xidx.xd", ".xidx.xo", ".xidx.xt", ".xk"}) {
+    SysTools::removeFile(newname_.suffix(suffix));
+  }
+  const std::string old = name_.suffix(".xk");
+  std::error_code error;
+  if (fs::exists(old, error)) fs::copy_file(old, newname_.suffix(".xk"), error);
+  if (error) THROW(IkIO, "Couldn't copy '" << old << "': " << error.message());
+}
+
 void IkReintegrator::makeIndex() {
   closeObjects();
   if (IkDataExtenderIndex::exists(name_.suffix(nullptr)) ||
@@ -36,6 +50,7 @@ void IkReintegrator::makeIndex() {
   merger.mergeObject(0, new IkMergeIndex(name_.suffix(nullptr), nullptr, recordProximity_));
   if (extended) merger.mergeObject(1, new IkMergeExtenderIndex(name_.suffix(nullptr)));
   compileIndex(&newname_, &merger);
+  takeDeletions();
   info_.write(newname_.suffix(".info"));
 }
 

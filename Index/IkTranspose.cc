@@ -118,8 +118,13 @@ void IkTranspose::touched(int doc) {
   if (cache_) cache_->dirty(doc);
 }
 
+unsigned char* IkTranspose::changeable(int doc) {
+  if (map_) THROW(IkTranspose, "Digests of a mapped file can't be changed");
+  return digest(doc);
+}
+
 void IkTranspose::insert(int doc, int wordnum, std::uint16_t wordscore) {
-  if (replaceLowest(digest(doc), digestSize_, wordnum, wordscore)) touched(doc);
+  if (replaceLowest(changeable(doc), digestSize_, wordnum, wordscore)) touched(doc);
 }
 
 int IkTranspose::CompareByWord(const unsigned char* a, const unsigned char* b) {
@@ -133,12 +138,12 @@ int IkTranspose::CompareByValue(const unsigned char* a, const unsigned char* b) 
 }
 
 void IkTranspose::sortByWord(int doc) {
-  sortEntries<CompareByWord>(digest(doc), digestSize_);
+  sortEntries<CompareByWord>(changeable(doc), digestSize_);
   touched(doc);
 }
 
 void IkTranspose::sortByScore(int doc) {
-  sortEntries<CompareByValue>(digest(doc), digestSize_);
+  sortEntries<CompareByValue>(changeable(doc), digestSize_);
   touched(doc);
 }
 
@@ -186,7 +191,7 @@ PrSparseNode* IkTranspose::similar(int which, int num) {
 }
 
 IkTransposeWords* IkTranspose::importantWords(int doc, int numWords, void* place) {
-  const int count = std::min(numWords, digestSize_);
+  const int count = std::clamp(numWords, 0, digestSize_);
   IkTransposeWords* words = makeWords(count, place);
   const unsigned char* all = digest(doc);
   for (int i = 0; i < digestSize_ && count > 0; ++i) {

@@ -60,9 +60,11 @@ unsigned char* IkTransposeCache::entry(int docnum, int lock) {
     if (info.dirty) loader_->flush(line(chosen), info.doc);
     addrTable_.remove(static_cast<uint32>(info.doc), nullptr);
   }
+  // Entered when it is whole: a line that can't be loaded must not pass for a digest.
+  info.valid = false;
+  loader_->load(docnum, line(chosen));
   info = IkTransposeCacheInfo{docnum, true, false, lock != 0};
   addrTable_.insert(static_cast<uint32>(docnum), static_cast<uint32>(chosen));
-  loader_->load(docnum, line(chosen));
   return line(chosen);
 }
 

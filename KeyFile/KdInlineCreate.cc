@@ -35,10 +35,15 @@ void KdInlineCreate::Put_Entry(const WmWord* word, int common, const void* data,
   chunk_bytes_ += entry_size_;
 }
 
-void KdInlineCreate::Add_Entry_To_Buffer(const WmWord* aWord, const void* data) {
-  if (data_size_ != 0 && (data_size_ != kKdInlineDataBytes || data == nullptr)) {
+// Before the entry is counted: a caller may go on after a refusal.
+void KdInlineCreate::Add_Entry(const WmWord* aWord, const void* data, int32 data_size) {
+  if (data_size != 0 && (data_size != kKdInlineDataBytes || data == nullptr)) {
     THROW(KdInit, "Data of an inline key file must have 0 or 4 bytes.");
   }
+  KdFileALCreator::Add_Entry(aWord, data, data_size);
+}
+
+void KdInlineCreate::Add_Entry_To_Buffer(const WmWord* aWord, const void* data) {
   Put_Entry(aWord, Common_With_Previous(aWord), data, data_size_);
   if (data_size_ > 0) std::memcpy(previous_data_, data, static_cast<std::size_t>(data_size_));
   previous_data_size_ = data_size_;

@@ -289,10 +289,10 @@ class Documents {
   IkSimilarity similarity_;
 };
 
+// Null for a document that is listed and has no text to read, as one in a binary format.
 std::unique_ptr<DcDocument> Documents::document(int number) {
-  std::unique_ptr<DcDocument> document(manager_.documentNum(number));
-  if (document == nullptr) THROW(Dump, "the index has no document " << number);
-  return document;
+  if (number >= manager_.numDocuments()) THROW(Dump, "the index has no document " << number);
+  return std::unique_ptr<DcDocument>(manager_.documentNum(number));
 }
 
 void Documents::showLine(int number) {

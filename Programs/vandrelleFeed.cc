@@ -14,14 +14,13 @@
 
 #include <signal.h>
 
-#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <exception>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Document/DcUserTypes.h"
 #include "Driver/DocumentIndex.h"
@@ -38,7 +37,7 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: vandrelleFeed -R root -type N [-prox] [-stem F] [-stop F] [-flist F] [-mapfile F] "
-    "[-fsum | -qsum] [-nss 2] [-sroot R] [-log F] [-prog F] file ...";
+    "[-fsum | -qsum] [-nss N] [-sroot R] [-log F] [-prog F] file ...";
 
 constexpr int kFirstType = 1;
 constexpr int kLastType = 14;
@@ -61,12 +60,6 @@ bool refuse(const std::string& what) {
   return false;
 }
 
-bool isValued(const char* token) {
-  return std::any_of(std::begin(kValued), std::end(kValued), [token](const Option& option) {
-    return std::strcmp(token, option.flag) == 0;
-  });
-}
-
 bool isNumber(const char* text, int least, int most, int* value) {
   const char* const end = text + std::strlen(text);
   const auto [rest, error] = std::from_chars(text, end, *value);
@@ -76,14 +69,16 @@ bool isNumber(const char* text, int least, int most, int* value) {
 // False, with a line on the error stream, for options that are wrong.
 bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
   if (argc < 2) return refuse(kUsage);
+  std::vector<const char*> valued;
   for (const Option& option : kValued) {
     options->arg_double(option.name, option.flag, option.defaultValue);
+    valued.push_back(option.flag);
   }
   for (const Option& option : kFlags) options->arg_flag(option.name, option.flag, nullptr);
   options->parse(argc, argv);
 
-  if (isValued(argv[argc - 1]) && !isValued(argv[argc - 2])) {
-    return refuse(std::string(argv[argc - 1]) + " needs a value; " + kUsage);
+  if (const char* flag = optionWithoutValue(argc, argv, valued)) {
+    return refuse(std::string(flag) + " needs a value; " + kUsage);
   }
   for (int i = 0; i < options->numUnusedArgs(); ++i) {
     const char* const word = options->unusedArg(i);
@@ -98,6 +93,9 @@ bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
   if (!isNumber(options->str_arg("type"), kFirstType, kLastType, type)) {
     return refuse(std::string("-type takes a number from 1 to 14, not '") +
                   printable(options->str_arg("type")) + "'");
+  }
+  if (isCrawlerType(*type) && options->exist_arg("mapfile")) {
+    return refuse("-mapfile is not for types 10 and 14, whose pages tell their addresses");
   }
   int sentences;
   if (!isNumber(options->str_arg("sumsent"), 1, 1000000, &sentences)) {

@@ -19,13 +19,13 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "Driver/DriverOptions.h"
 #include "Driver/FailureReport.h"
 #include "Driver/IndexMerger.h"
 #include "Exception.h"
@@ -62,12 +62,11 @@ bool readOptions(int argc, char** argv, Options* options) {
   CommandLine line;
   for (const auto& option : kValued) line.arg_double(option.flag, option.flag, nullptr);
   line.parse(argc, argv);
+  if (const char* flag = optionWithoutValue(argc, argv, {"-R", "-stem", "-stop"})) {
+    return wrong(std::string(flag) + " needs a value; ");
+  }
   for (const auto& option : kValued) {
-    if (line.exist_arg(option.flag)) {
-      options->*option.value = line.str_arg(option.flag);
-    } else if (argc > 1 && std::strcmp(argv[argc - 1], option.flag) == 0) {
-      return wrong(std::string(option.flag) + " needs a value; ");
-    }
+    if (line.exist_arg(option.flag)) options->*option.value = line.str_arg(option.flag);
   }
   for (int i = 0; i < line.numUnusedArgs(); ++i) {
     const std::string source = line.unusedArg(i);

@@ -37,6 +37,7 @@
 
 #include "Document/DcMetaDocManager.h"
 #include "Driver/AnswerDisplay.h"
+#include "Driver/DriverOptions.h"
 #include "Driver/FailureReport.h"
 #include "Driver/VymTypes.h"
 #include "Exception.h"
@@ -133,11 +134,9 @@ bool readOptions(int argc, char** argv, Options* options) {
   for (const char* flag : {"-plain", "-json", "-i", "-phrase"}) line.arg_flag(flag, flag, nullptr);
   line.parse(argc, argv);
 
-  for (const char* flag : valued) {
-    if (argc > 1 && std::strcmp(argv[argc - 1], flag) == 0 && !line.exist_arg(flag)) {
-      std::cerr << "vandrelleSearch: " << flag << " needs a value; " << kUsage << '\n';
-      return false;
-    }
+  if (const char* flag = optionWithoutValue(argc, argv, valued)) {
+    std::cerr << "vandrelleSearch: " << flag << " needs a value; " << kUsage << '\n';
+    return false;
   }
   for (const NumberOption& option : kNumberOptions) {
     if (line.exist_arg(option.flag) && !readNumber(option.flag, line.str_arg(option.flag),

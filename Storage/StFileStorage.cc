@@ -80,6 +80,14 @@ void StFileStorage::Initialize() {
   isWritable = true;
 }
 
+// Initialize() makes one file of them all.
+bool StFileStorage::Remove(const char* path) {
+  struct stat status;
+  if (::stat(path, &status) != 0) return false;
+  if (S_ISDIR(status.st_mode)) StFileStorage(path, false).Initialize();
+  return ::unlink(path) == 0;
+}
+
 void StFileStorage::RemoveDirectoryStorage(DIR* entries) {
   while (const dirent* entry = readdir(entries)) {
     if (entry->d_name[0] != '0') continue;

@@ -50,13 +50,13 @@ StStoragePos StPosMapBinder::lookup(uint32 key) const {
     THROW(St, "Position map has no key " << key);
   }
   const uint32 group = std::min(key / interval_, maxPointer_ - 1);
-  const unsigned char* pointer = pointers_ + std::size_t{group} * kPosMapPointerBytes;
-  StStoragePos pos = loadStoragePos(pointer);
-  const uint32 offset = loadU32(pointer + 8);
-  if (offset > static_cast<std::uint64_t>(pointers_ - values_)) {
+  StPosMapPointer pointer;
+  pointer.load(pointers_ + std::size_t{group} * kPosMapPointerBytes);
+  if (pointer.offset_ > static_cast<std::uint64_t>(pointers_ - values_)) {
     THROW(St, "Position map is damaged at key " << key);
   }
-  const unsigned char* from = values_ + offset;
+  StStoragePos pos = pointer.pos_;
+  const unsigned char* from = values_ + pointer.offset_;
   for (uint32 left = key - group * interval_; left > 0; --left) {
     uint32 delta;
     if (!decode(&from, pointers_, &delta)) THROW(St, "Position map has no key " << key);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Storage/StException.h"
 #include "Storage/StStorageHandle.h"
 
 namespace vandrelle {
@@ -17,6 +18,16 @@ StFileStorage& initialized(StFileStorage& storage) {
 }
 
 }  // namespace
+
+void StPosMapPointer::load(const unsigned char* from) {
+  pos_ = loadStoragePos(from);
+  offset_ = loadU32(from + 8);
+}
+
+void StPosMapPointer::store(unsigned char* to) const {
+  storeStoragePos(to, pos_);
+  storeU32(to + 8, offset_);
+}
 
 StPosMapCreator::StPosMapCreator(const char* file, uint32 interval)
     : storage_(file, true),
@@ -33,12 +44,14 @@ void StPosMapCreator::putWord(uint32 word) {
 
 void StPosMapCreator::add(const StStoragePos& pos) {
   if (key_ % interval_ == 0) {
-    unsigned char pointer[kPosMapPointerBytes];
-    storeStoragePos(pointer, pos_);
-    storeU32(pointer + 8, (buffer_.tellp() - kPosMapHeaderBytes).Lo());
-    pointers_.insert(pointers_.end(), pointer, pointer + sizeof pointer);
+    const StPosMapPointer pointer{pos_, (buffer_.tellp() - kPosMapHeaderBytes).Lo()};
+    pointers_.resize(pointers_.size() + kPosMapPointerBytes);
+    pointer.store(&pointers_.end()[-static_cast<int>(kPosMapPointerBytes)]);
   }
   ++key_;
+  if (pos < pos_ || (pos - pos_).Hi() != 0) {
+    THROW(St, "Position map can't hold the position of key " << (key_ - 1));
+  }
   uint32 delta = (pos - pos_).Lo();
   for (; delta >= 0x80; delta >>= 7) buffer_.put(static_cast<unsigned char>(delta | 0x80));
   buffer_.put(static_cast<unsigned char>(delta));

@@ -32,7 +32,7 @@ class IkExtender : public IkCreatorImpl {
   // Throws _Exception_Ik for numbers out of order.
   void addDocuments(DcDocumentManager* dm, int first, int last) override;
   void addTerm(const WmWord* word, int chunk, int pos) override;
-  // Throws _Exception_Ik for a number that the index hasn't got.
+  // Throws _Exception_Ik for a number above that of documents.
   void deleteDocument(int doc_num);
   // Recomputes the weights of all rows and writes them, the lengths of the
   // documents and the header. Ends in a throw: the last step, that would tell

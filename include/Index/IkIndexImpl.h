@@ -75,7 +75,7 @@ class IkIndexImpl : public IkIndex {
   void mergeImpl(FdBag* roots, bool additive, bool mergeTrp, IkMergeDeleter** deleters);
   // The change in progress; begins one if there is none.
   IkExtender* extender();
-  // Removes what earlier changes of this root left.
+  // Removes what earlier changes of this root left, and drops the one in progress.
   void deleteIncrementalFiles();
   void deleteFile(const char* filename);
 

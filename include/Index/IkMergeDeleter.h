@@ -16,6 +16,7 @@ class IkMergeDeleter {
 
   // The new number of a document, or kGone.
   virtual int newChunk(int chunk) = 0;
+  // How many go. A negative number leaves that many numbers unused behind the source.
   virtual int numDeletedChunks() { return 0; }
 };
 

@@ -18,7 +18,9 @@ class IkMergeExtender : public IkMergeObject {
 
   void reset() override;
   const WmWord* word() override;
+  int maxElements() override;
   void unpack(int* row, int rowSize, int* total_num, IkProxCreator* prox) override;
+  void unpackSparse(IkDocumentInfo* start, int* total_num, IkProxCreator* prox) override;
 
  protected:
   IkDataExtender* extender() const { return extender_.get(); }
@@ -27,6 +29,7 @@ class IkMergeExtender : public IkMergeObject {
   std::unique_ptr<IkDataExtender> extender_;
   std::vector<WmLocalWord> words_;  // in order
   std::size_t next_ = 0;
+  std::vector<IkDocumentInfo> pairs_;  // of the current word, from maxElements() on
 };
 
 // The extension of an index, without the documents that are deleted there.

@@ -6,8 +6,8 @@
 
 namespace vandrelle {
 
-// The next number out of `nextByte()`. Throws _Exception_Ik for one of more than
-// 32 bits.
+// The next number out of `nextByte()`. Throws _Exception_Ik for one of more than 5
+// bytes; of the last, the bits beyond 32 are lost.
 template <typename NextByte>
 uint32 IkReadProxNumber(NextByte&& nextByte) {
   uint32 group = nextByte();

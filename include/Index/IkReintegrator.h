@@ -17,8 +17,11 @@ class IkReintegrator : public IkExtender {
   void makeIndex() override;
 
  private:
-  // Has the extension words that the main index hasn't got?
+  // Does the index have an extension?
   bool validExtendedFile() const;
+  // What an earlier index of the new root was changed by goes, and the deletions of
+  // the old root, which the header counts, come with it. Throws _Exception_IkIO.
+  void takeDeletions();
 
   NameManager newname_;
 };

@@ -125,6 +125,8 @@ class IkTranspose {
  private:
   void requireSizes() const;
   unsigned char* digest(int doc, int lock = 0);
+  // The same, for a change of the digest.
+  unsigned char* changeable(int doc);
   void touched(int doc);
   // One pass over all rows for documents `first` to `last`.
   void createRange(IkDataFileBinder* databinder, KdFileAccessor* keyfile, const float* sum,

@@ -12,8 +12,11 @@ class KdInlineCreate final : public KdFileALCreator {
   KdInlineCreate(const char* file_name, int32 chunk_size, int32 data_size, int32 attrib);
   ~KdInlineCreate() override;
 
+  // Throws _Exception_KdInit also for data that have neither 0 nor 4 bytes.
+  void Add_Entry(const WmWord* aWord, const void* data, int32 data_size) override;
+  using KdChunkCreator::Add_Entry;
+
  private:
-  // Throws _Exception_KdInit for data that have neither 0 nor 4 bytes.
   void Add_Entry_To_Buffer(const WmWord* aWord, const void* data) override;
   bool Overflow(const WmWord* aWord) override;
   void Create_Last_Chunk();

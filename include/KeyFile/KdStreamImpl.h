@@ -72,7 +72,8 @@ class KdStreamVar final : public KdStreamImpl {
 };
 
 // Of kind 11. It takes 8 bytes of data where the files have 4, and so loses its
-// place in a chunk with flagged entries. Lookups are the way to read that kind.
+// place in a chunk with flagged entries, which mostly ends in _Exception_KdStream
+// although the file is sound. Lookups are the way to read that kind.
 class KdStreamInline final : public KdStreamImpl {
  public:
   explicit KdStreamInline(const KdChunkAccessor* accessor) : KdStreamImpl(accessor) {}

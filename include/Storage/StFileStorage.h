@@ -43,6 +43,9 @@ class StFileStorage : public StStorage {
   // Of a directory at the root only entries whose names begin with "0" are
   // removed; another entry makes the removal of the directory fail.
   void Initialize() override;
+  // Removes the storage at `path`, however many files it has grown to. False where
+  // there is none.
+  static bool Remove(const char* path);
   void Open(bool writable, bool create) override;
   void Flush() override;
   StStoragePos MaxPos() override;

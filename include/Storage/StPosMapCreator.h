@@ -30,6 +30,15 @@ constexpr uint32 kPosMapSignature = 0x50734D70;
 constexpr uint32 kPosMapHeaderBytes = 16;
 constexpr uint32 kPosMapPointerBytes = 12;
 
+// A group of the map, as its pointer tells.
+struct StPosMapPointer {
+  StStoragePos pos_;   // the position before the group
+  uint32 offset_ = 0;  // of its deltas, from byte 16 of the file
+
+  void load(const unsigned char* from);
+  void store(unsigned char* to) const;
+};
+
 class StPosMapCreator {
  public:
   // Replaces what stands at `file`. `interval` is at least 1. Throws _Exception_St,
@@ -37,7 +46,8 @@ class StPosMapCreator {
   StPosMapCreator(const char* file, uint32 interval);
   ~StPosMapCreator();
 
-  // The position of the next key, not below that of the one before.
+  // The position of the next key, not below that of the one before. Throws
+  // _Exception_St for one that the map can't hold.
   void add(const StStoragePos& pos);
 
  private:

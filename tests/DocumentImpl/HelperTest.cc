@@ -83,7 +83,7 @@ TEST_F(HelperTest, CompressedFiles) {
     ASSERT_NE(stream, nullptr);
     EXPECT_EQ(bytesOf(stream), "");
     handler.Close(stream);
-    EXPECT_EQ(log.text, "0decompressing " + file + " ended with status 1");
+    EXPECT_EQ(log.text, "0status 1 from the decompression of " + file);
   }
   EXPECT_EQ(temporaries(), 0);
 
@@ -95,7 +95,7 @@ TEST_F(HelperTest, CompressedFiles) {
   setenv("PATH", searched.c_str(), 1);
   EXPECT_EQ(bytesOf(stream), "");
   handler.Close(stream);
-  EXPECT_EQ(log.text, log.text.substr(0, log.text.rfind(' ')) + " 127");
+  EXPECT_NE(log.text.find("status 127 from the decompression of "), std::string::npos);
   VandrelleLog::Logger(nullptr);
 }
 

@@ -11,6 +11,7 @@
 #include <memory>
 #include <random>
 
+#include "Fun/Fd.h"
 #include "IkTestTools.h"
 #include "IkWordListManager.h"
 #include "Index/IkDataExtenderDBM.h"
@@ -67,10 +68,18 @@ std::string merged(IkMergeObject* source, int rowSize) {
   source->reset();
   while (const WmWord* word = source->word()) {
     text += textOf(word) + ':';
-    EXPECT_EQ(source->maxElements(), -1);
+    const int most = source->maxElements();
     std::vector<int> row(static_cast<std::size_t>(rowSize));
+    std::vector<IkDocumentInfo> pairs(static_cast<std::size_t>(most));
     int count = 0;
+    source->unpackSparse(pairs.data(), &count, nullptr);
+    EXPECT_EQ(count, most);
+    count = 0;
     source->unpack(row.data(), rowSize, &count, nullptr);
+    EXPECT_EQ(count, most);
+    for (const IkDocumentInfo& pair : pairs) {
+      EXPECT_EQ(row[static_cast<std::size_t>(pair.chunk)], pair.frequency);
+    }
     for (int i = 0; i < rowSize; ++i) {
       const int frequency = row[static_cast<std::size_t>(i)];
       if (frequency != 0) text += ' ' + std::to_string(i) + '/' + std::to_string(frequency);
@@ -98,20 +107,21 @@ class IkExtenderTest : public testing::Test {
     std::filesystem::create_directory(directory);
     root_ = directory + "/i";
   }
-  void writeInfo(int documents) const {
-    IkIndexInfo info;
-    info.totalNumChunks = documents;
-    info.numDigestWords = 4;
-    info.minDocumentLength = 400;
-    info.write((root_ + ".info").c_str());
-  }
-
   std::string root_;
 };
 
 using Open = std::function<IkDataExtender*(const std::string&, int)>;
 
+void writeInfo(const std::string& root, int documents) {
+  IkIndexInfo info;
+  info.totalNumChunks = documents;
+  info.numDigestWords = 4;
+  info.minDocumentLength = 400;
+  info.write((root + ".info").c_str());
+}
+
 void addTwice(const std::string& root, const Open& open) {
+  writeInfo(root, 5);
   {
     const std::unique_ptr<IkDataExtender> extender(open(root, 1));
     for (const char* word : {"pear", "fig"})
@@ -127,6 +137,7 @@ void addTwice(const std::string& root, const Open& open) {
     EXPECT_EQ(rowAt(extender.get(), 0), " 6/200");
     extender->freeze();
   }
+  writeInfo(root, 7);
   const std::unique_ptr<IkDataExtender> extender(open(root, 1));
   extender->seek(0x30);
   EXPECT_EQ(extender->scale(), 2.5f);
@@ -139,7 +150,6 @@ void addTwice(const std::string& root, const Open& open) {
 }
 
 TEST_F(IkExtenderTest, BothFormsKeepWhatIsAdded) {
-  writeInfo(5);
   const Open forms[] = {
       [](const std::string& root, int mode) { return new IkDataExtenderIndex(root.c_str(), mode); },
       [](const std::string& root, int mode) { return new IkDataExtenderDBM(root.c_str(), mode); }};
@@ -180,12 +190,11 @@ TEST_F(IkExtenderTest, BothFormsKeepWhatIsAdded) {
 }
 
 TEST_F(IkExtenderTest, DamagedExtensions) {
-  writeInfo(5);
   const Open open = [](const std::string& root, int mode) {
     return new IkDataExtenderIndex(root.c_str(), mode);
   };
   addTwice(root_, open);
-  writeInfo(8);
+  writeInfo(root_, 8);
   std::mt19937 random(5);
   std::string noise(1 << 16, '\0');
   for (char& byte : noise) byte = static_cast<char>(random());
@@ -349,7 +358,47 @@ TEST_F(ChangedIndexTest, DeletionsReachEveryReader) {
   EXPECT_EQ(thrownBy([&] { extended.freeze(); }), kDeadCode);
   testing::internal::GetCapturedStdout();
   EXPECT_EQ(rowOf(head, "alpha"), " 7/1 10/1 11/1");
-  EXPECT_EQ(bytesOf(head + ".xk"), std::string("\0\0\0\xC\0\0\0\3\x80\xC0", 10));
+  EXPECT_EQ(bytesOf(head + ".xk"), std::string("\0\0\0\xC\0\0\0\6\x9A\xC0", 10));
+  info.read((head + ".info").c_str());
+  EXPECT_EQ(info.numDeletedChunks, 6);
+}
+
+// A change whose last files can't be written is made anew.
+TEST_F(ChangedIndexTest, AFailedChangeCanBeRepeated) {
+  index_.create_stage12(0, 3);
+  const std::string sums = bytesOf(root_ + ".sum");
+  std::filesystem::remove(root_ + ".sum");
+  std::filesystem::create_directory(root_ + ".sum");
+  index_.extend(4, 6);
+  EXPECT_NE(frozen(), kDeadCode);
+  std::filesystem::remove(root_ + ".sum");
+  writeBytes(root_ + ".sum", sums);
+  index_.extend(4, 5);
+  EXPECT_EQ(frozen(), kDeadCode);
+  EXPECT_EQ(rowOf(root_, "alpha"), " 0/2 3/1 4/1");
+  index_.reintegrate((root_ + "fresh").c_str());
+  EXPECT_EQ(rowOf(root_ + "fresh", "delta"), " 4/2");
+  EXPECT_EQ(rowOf(root_ + "fresh", "epsilon"), "-");
+}
+
+// A build or a merge leaves nothing of the index that was there, and drops what was
+// begun on it.
+TEST_F(ChangedIndexTest, NewIndexesForgetTheirChanges) {
+  const std::string other = root_ + "other";
+  IkIndexImpl target(other.c_str());
+  target.documentManager(&documents_);
+  target.create_stage12(0, 0);
+  target.remove(0, 2);
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(thrownBy([&] { target.freeze(); }), kDeadCode);
+  testing::internal::GetCapturedStdout();
+  target.remove(3, 3);
+  index_.create_stage12(0, 0);
+  const std::unique_ptr<FdBag> roots(Fd::Queue());
+  roots->insert(root_.c_str(), static_cast<int>(root_.size()) + 1, nullptr, 0);
+  target.mergeAdditive(roots.get(), 0, nullptr);
+  EXPECT_EQ(rowOf(other, "alpha"), " 0/2 3/1 4/1 7/1");
+  EXPECT_NE(thrownBy([&] { target.freeze(); }), kDeadCode);
 }
 
 // Documents without words make an extension without rows.

@@ -36,7 +36,7 @@ void create(const std::string& root, int kind) {
   }
 }
 
-void exercise(KdFileAccessor* accessor, std::unique_ptr<KdStream>* stream, bool streams) {
+void exercise(KdFileAccessor* accessor, std::unique_ptr<KdStream>* stream) {
   // Beyond these a caller does not use it.
   if (accessor->Data_Size() > 65) return;
   char data[256];
@@ -51,7 +51,7 @@ void exercise(KdFileAccessor* accessor, std::unique_ptr<KdStream>* stream, bool 
     WmLocalWord word;
     accessor->Lookup(i, word.word());
   }
-  if (!streams || accessor->Num_Entries() > 5000) return;
+  if (accessor->Num_Entries() > 5000) return;
   for (const char* start : {static_cast<const char*>(nullptr), "abd", "zz"}) {
     stream->reset(accessor->iterator());
     start == nullptr ? (*stream)->reset() : (*stream)->reset(WmLocalWord(start).word());
@@ -77,8 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::unique_ptr<KdStream> stream;
   thrownBy([&] {
     accessor.reset(KfKeyFileManager::KdBind(fuzzed.root.c_str()));
-    // Streams of inline files are no use where there are data.
-    exercise(accessor.get(), &stream, kind != 11);
+    exercise(accessor.get(), &stream);
   });
   return 0;
 }

@@ -12,27 +12,14 @@ namespace {
 constexpr int kGrowth = 64;
 }  // namespace
 
-DcManagerManager::DcManagerManager()
-    : numDocArr_(new Pair[kGrowth]),
-      mgrTable_(new DcDocumentManager* [kGrowth] {}),
-      currentSize_(kGrowth) {}
+DcManagerManager::DcManagerManager() { increaseLen(); }
 
-DcManagerManager::~DcManagerManager() {
-  delete[] numDocArr_;
-  delete[] mgrTable_;
-}
+DcManagerManager::~DcManagerManager() = default;
 
 void DcManagerManager::increaseLen() {
-  const int size = currentSize_ + kGrowth;
-  Pair* ranges = new Pair[static_cast<std::size_t>(size)];
-  auto** managers = new DcDocumentManager* [static_cast<std::size_t>(size)] {};
-  std::copy_n(numDocArr_, numMgr_, ranges);
-  std::copy_n(mgrTable_, numMgr_, managers);
-  delete[] numDocArr_;
-  delete[] mgrTable_;
-  numDocArr_ = ranges;
-  mgrTable_ = managers;
-  currentSize_ = size;
+  currentSize_ += kGrowth;
+  numDocArr_.resize(static_cast<std::size_t>(currentSize_));
+  mgrTable_.resize(static_cast<std::size_t>(currentSize_));
 }
 
 void DcManagerManager::AddManager(DcDocumentManager* dmgr, int numdocs) {
@@ -43,8 +30,8 @@ void DcManagerManager::AddManager(DcDocumentManager* dmgr, int numdocs) {
   lastPair_ = {previousLast_ + 1, previousLast_ + numdocs};
   lastMgr_ = dmgr;
   presentNum_ = numMgr_;
-  numDocArr_[numMgr_] = lastPair_;
-  mgrTable_[numMgr_] = dmgr;
+  range(numMgr_) = lastPair_;
+  manager(numMgr_) = dmgr;
   ++numMgr_;
   previousLast_ = lastPair_.last;
   numDocs_ += numdocs;
@@ -54,11 +41,10 @@ DcDocument* DcManagerManager::documentNum(int docNum) {
   if (docNum < 0 || docNum > previousLast_) return nullptr;
   if (!lastPair_.holds(docNum)) {
     const int following = presentNum_ + 1;
-    if (docNum == lastPair_.last + 1 && following < numMgr_ &&
-        numDocArr_[following].holds(docNum)) {
+    if (docNum == lastPair_.last + 1 && following < numMgr_ && range(following).holds(docNum)) {
       presentNum_ = following;
-      lastPair_ = numDocArr_[following];
-      lastMgr_ = mgrTable_[following];
+      lastPair_ = range(following);
+      lastMgr_ = manager(following);
     } else {
       lastMgr_ = getMgr(docNum, 0, numMgr_);
     }
@@ -68,9 +54,9 @@ DcDocument* DcManagerManager::documentNum(int docNum) {
 
 DcDocumentManager* DcManagerManager::getMgr(int docNum, int arrayStart, int arrayEnd) {
   int place = (arrayStart + arrayEnd) / 2;
-  while (!numDocArr_[place].holds(docNum)) {
+  while (!range(place).holds(docNum)) {
     int halved;
-    if (docNum > numDocArr_[place].last) {
+    if (docNum > range(place).last) {
       arrayStart = place;
       halved = (place + arrayEnd) / 2;
     } else {
@@ -81,14 +67,14 @@ DcDocumentManager* DcManagerManager::getMgr(int docNum, int arrayStart, int arra
     // halving may come to rest on one of them.
     place = halved == place ? place + 1 : halved;
   }
-  lastPair_ = numDocArr_[place];
+  lastPair_ = range(place);
   presentNum_ = place;
-  return mgrTable_[place];
+  return manager(place);
 }
 
 DcDocument* DcManagerManager::documentName(const char* name) {
   for (int i = 0; i < numMgr_; ++i) {
-    if (DcDocument* document = mgrTable_[i]->documentName(name)) return document;
+    if (DcDocument* document = manager(i)->documentName(name)) return document;
   }
   return nullptr;
 }

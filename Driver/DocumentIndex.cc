@@ -15,7 +15,7 @@
 #include "Document/DcMetaIndexCreator.h"
 #include "Driver/DriverOptions.h"
 #include "Driver/ExclusionFile.h"
-#include "Driver/InputFile.h"
+#include "Driver/OpenFile.h"
 #include "Driver/SidePasses.h"
 #include "Driver/VymFieldFinder.h"
 #include "Exception.h"

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "Driver/InputFile.h"
+#include "Driver/OpenFile.h"
 #include "Tool/VandrelleLog.h"
 
 namespace vandrelle {

@@ -10,6 +10,7 @@
 #include "Document/DcManager.h"
 #include "Document/DcUserTypes.h"
 #include "Driver/DocumentIndex.h"
+#include "Driver/OpenFile.h"
 #include "Driver/SidePasses.h"
 #include "Exception.h"
 #include "Index/IkIndex.h"
@@ -60,13 +61,13 @@ IndexBuild::~IndexBuild() { VandrelleLog::Logger(nullptr); }
 
 void IndexBuild::openLogs(const char* logname, const char* progname) {
   logger_ = std::make_unique<VymLogIostream>(&std::cerr);
-  logfile_.open(logname != nullptr ? logname : rootname_.suffix(".log"));
-  progfile_.open(progname != nullptr ? progname : rootname_.suffix(".prog"));
+  openOutputFile(logname != nullptr ? logname : rootname_.suffix(".log"), logfile_);
+  openOutputFile(progname != nullptr ? progname : rootname_.suffix(".prog"), progfile_);
   logger_->stream(2, &logfile_);
   logger_->stream(1, &progfile_);
   logger_->stream(0, &logfile_);
   VandrelleLog::Logger(logger_.get());
-  sizefile_.open(rootname_.suffix(".size"));
+  openOutputFile(rootname_.suffix(".size"), sizefile_);
 }
 
 void IndexBuild::makeTools(const char* stem, const char* stop, bool positions) {

@@ -11,6 +11,7 @@
 
 #include "Document/DcFieldBag.h"
 #include "Document/DcFieldsBinder.h"
+#include "Driver/OpenFile.h"
 #include "Fast/FiStemTable.h"
 #include "Index/IkDataFileBinder.h"
 #include "Index/IkLocalIndexBinder.h"
@@ -128,9 +129,12 @@ int CREATE_SUMMARY_FILE(const char* root, int, int) {
   DcFieldsBinder binder(root);
   if (!binder.valid()) return -1;
   const int documents = binder.numDocuments();
-  std::ofstream map(name.suffix(".sum.map"), std::ios::binary | std::ios::trunc);
-  std::ofstream summaries(name.suffix(".sum.idx"), std::ios::binary | std::ios::trunc);
-  if (!map || !summaries) return -1;
+  std::ofstream map;
+  std::ofstream summaries;
+  if (!openOutputFile(name.suffix(".sum.map"), map) ||
+      !openOutputFile(name.suffix(".sum.idx"), summaries)) {
+    return -1;
+  }
   summaries.put('*');
   uint32 position = 1;
   for (int doc = 0; doc < documents; ++doc) {

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iomanip>
 
-#include "Driver/InputFile.h"
+#include "Driver/OpenFile.h"
 #include "Exception.h"
 #include "Fun/Fd.h"
 #include "Tool/HeapText.h"

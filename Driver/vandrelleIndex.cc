@@ -16,6 +16,7 @@
 #include "Driver/DocumentIndex.h"
 #include "Driver/DriverOptions.h"
 #include "Driver/IndexBuild.h"
+#include "Driver/OpenFile.h"
 #include "Driver/SidePasses.h"
 #include "Driver/VymTypes.h"
 #include "Exception.h"
@@ -90,8 +91,8 @@ void Run::readOptions(int argc, char** argv) {
 void Run::writePidFile() {
   const char* path = value("pidfile");
   if (path == nullptr) return;
-  std::ofstream pidfile(path);
-  if (!pidfile) THROW(Fatal, "Could not open " << path << "for writing.");
+  std::ofstream pidfile;
+  if (!openOutputFile(path, pidfile)) THROW(Fatal, "Could not open " << path << "for writing.");
   pidfile << getpid();
 }
 

@@ -1,6 +1,8 @@
 // Joins several managers, usually of several indexes, into one number space.
 #pragma once
 
+#include <vector>
+
 #include "Document/DcDocumentManager.h"
 
 namespace vandrelle {
@@ -31,17 +33,19 @@ class DcManagerManager : public DcDocumentManager {
     bool holds(int docNum) const { return first <= docNum && docNum <= last; }
   };
 
+  Pair& range(int i) { return numDocArr_[static_cast<std::size_t>(i)]; }
+  DcDocumentManager*& manager(int i) { return mgrTable_[static_cast<std::size_t>(i)]; }
   void increaseLen();
   DcDocumentManager* getMgr(int docNum, int arrayStart, int arrayEnd);
 
-  Pair* numDocArr_;
-  DcDocumentManager** mgrTable_;
+  std::vector<Pair> numDocArr_;
+  std::vector<DcDocumentManager*> mgrTable_;
   int numDocs_ = 0;
   int numMgr_ = 0;
   int previousLast_ = -1;
   Pair lastPair_;
   int presentNum_ = 0;
-  int currentSize_;
+  int currentSize_ = 0;
   DcDocumentManager* lastMgr_ = nullptr;
 };
 

@@ -100,6 +100,25 @@ TEST_F(MergeTest, GivesTheIndexOfASingleRun) {
   EXPECT_FALSE(fs::exists(at("new/bare.unstem")));
 }
 
+// The list of deleted documents, each source's behind those before it.
+TEST_F(MergeTest, DeletionsComeAlong) {
+  for (const std::string file : {"p1", "p2"}) {
+    for (const auto& [name, bytes] : filesOf(at("indexes"))) {
+      if (name.starts_with(file)) writeFile(at("deleted/" + name), bytes);
+    }
+  }
+  writeFile(at("deleted/p2.xk"), std::string("\0\0\0\5\0\0\0\2\xA0", 9));
+  const ProgramRun merged =
+      merge({"-R", at("deleted/new"), at("indexes/p0"), at("deleted/p1"), at("deleted/p2")});
+  ASSERT_EQ(merged.status, 0) << merged.errors;
+  const std::string deletions = fileBytes(at("deleted/new.xk"));
+  std::string bits;
+  for (std::size_t i = 64; i < deletions.size() * 8; ++i) {
+    bits += static_cast<char>('0' + (deletions[i / 8] >> (7 - i % 8) & 1));
+  }
+  EXPECT_EQ(bits, "0000000001010000");
+}
+
 TEST_F(MergeTest, RefusalsTouchNothing) {
   const std::string p0 = at("indexes/p0");
   const std::string p1 = at("indexes/p1");

@@ -10,6 +10,7 @@
 #include "Index/IkTranspose.h"
 #include "KeyFile.h"
 #include "KeyFile/KfKeyFileManager.h"
+#include "Storage/StFileStorage.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/SysTools.h"
 
@@ -36,19 +37,14 @@ std::vector<float> readSums(const char* filename, int chunks) {
   return sums;
 }
 
-// Rows are read from first to last: mapped as a whole, if they stand in one file.
-bool fitsOneMapping(const char* filename) {
-  struct stat status;
-  return ::stat(filename, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
-}
-
 }  // namespace
 
 IkTransposeCreator::IkTransposeCreator(const char* rootname) : IkCreatorImpl(rootname) {}
 
 void IkTransposeCreator::makeIndex() {
   IkDataFileBinder rows;
-  rows.bind(name_.suffix(nullptr), 0, fitsOneMapping(name_.suffix(".dat")));
+  // They are read from first to last.
+  rows.bind(name_.suffix(nullptr), 0, StFileStorage::IsOneFile(name_.suffix(".dat")));
   std::unique_ptr<KdFileAccessor> keyfile(
       KfKeyFileManager::KdBind(name_.suffix(nullptr), kMappedKeyFile));
   info_.read(name_.suffix(".info"));

@@ -17,11 +17,15 @@
 #include "Query/QlGather.h"
 #include "Query/QlGatherIterated.h"
 #include "Query/QlGatherResult.h"
+#include "Storage/StFileStorage.h"
+#include "Tool/NameManager.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 namespace {
 
 constexpr const char* kNoWords = "the query is empty";
+constexpr int kCachedDigests = 10000;
 constexpr const char* kZeroByte = "the query holds a zero byte";
 const std::string kTooManyWords =
     "the query has more than " + std::to_string(QlWords::kMaxWords) + " words";
@@ -41,12 +45,17 @@ QlSearcher::QlSearcher(const char* root, TkStemmer* stemmer, DcDocumentManager* 
     : binder_(std::make_unique<IkLocalIndexBinder>(root, documents)),
       documents_(documents),
       stemmer_(stemmer) {
-  binder_->transposeCacheSize(0);
+  // Mapped, unless they have outgrown one file: a query reads a few rows and digests,
+  // from anywhere.
+  const NameManager name(root, 20);
+  const std::string digests = name.suffix(".trp");
+  const bool mapped =
+      StFileStorage::IsOneFile(digests.c_str()) || !SysTools::fileExists(digests.c_str());
+  binder_->transposeCacheSize(mapped ? 0 : kCachedDigests);
   const IkIndexInfo& info = *binder_->info();
   if (info.numTerms > 0) {
-    // Mapped: a query reads a few rows, from anywhere.
     binder_->keyfile(1);
-    binder_->indexData(0, 1);
+    binder_->indexData(0, StFileStorage::IsOneFile(name.suffix(".dat")));
     binder_->localRetriever()->similarityScaling(2);
   }
   fields_ = std::make_unique<DcFieldsBinder>(root);

@@ -80,6 +80,11 @@ void StFileStorage::Initialize() {
   isWritable = true;
 }
 
+bool StFileStorage::IsOneFile(const char* path) {
+  struct stat status;
+  return ::stat(path, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
+}
+
 // Initialize() makes one file of them all.
 bool StFileStorage::Remove(const char* path) {
   struct stat status;

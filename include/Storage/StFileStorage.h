@@ -43,6 +43,8 @@ class StFileStorage : public StStorage {
   // Of a directory at the root only entries whose names begin with "0" are
   // removed; another entry makes the removal of the directory fail.
   void Initialize() override;
+  // Is the storage at `path` one file, which isn't empty and so can be mapped whole?
+  static bool IsOneFile(const char* path);
   // Removes the storage at `path`, however many files it has grown to. False where
   // there is none.
   static bool Remove(const char* path);

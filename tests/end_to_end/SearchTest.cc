@@ -12,6 +12,8 @@
 namespace vandrelle::test {
 namespace {
 
+using Texts = std::vector<std::string>;
+
 class SearchTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -169,6 +171,28 @@ TEST_F(SearchTest, WrongUse) {
 }
 
 // A file of the index is cut off, or has a byte changed: an answer or a line.
+// Past 2 GiB a file becomes a folder of several.
+TEST_F(SearchTest, RowsAndDigestsOfSeveralFiles) {
+  const std::vector<Texts> questions = {
+      {"stone", "bridges"}, {"-similar", "3"}, {"-gather", "2", "water"}, {"-words", "4"}};
+  std::vector<std::string> answers;
+  for (const auto& question : questions)
+    answers.push_back(search(question + Texts{"-json"}).output);
+  for (const char* suffix : {".dat", ".trp"}) {
+    const std::string bytes = fileBytes(root() + suffix);
+    std::filesystem::remove(root() + suffix);
+    writeFile(root() + suffix + "/00000000", bytes);
+  }
+  for (std::size_t i = 0; i < questions.size(); ++i) {
+    EXPECT_EQ(search(questions[i] + Texts{"-json"}).output, answers[i]);
+  }
+  for (const char* suffix : {".dat", ".trp"}) {
+    const std::string bytes = fileBytes(root() + suffix + "/00000000");
+    std::filesystem::remove_all(root() + suffix);
+    writeFile(root() + suffix, bytes);
+  }
+}
+
 TEST_F(SearchTest, DamagedFiles) {
   for (const char* suffix : {".info", ".key", ".ptr", ".dat", ".norm", ".trp", ".unstem", ".fidx",
                              ".fdat", ".fnam", ".idx", ".lst", ".lpt"}) {

@@ -30,12 +30,15 @@ int DiNntpHeaderParser::FindEndOfHeaders(std::ifstream* thisFile, long docEnd) {
   long position = start;
   int size = -1;
   for (;;) {
-    if (docEnd != 0 && position >= docEnd) {
+    // An article that ends with the file in the midst of its header has no text;
+    // one that others follow is all text.
+    const bool atEnd = docEnd != 0 && position >= docEnd;
+    const int c = atEnd ? thisFile->peek() : thisFile->get();
+    if (c == std::char_traits<char>::eof()) break;
+    if (atEnd) {
       size = 0;
       break;
     }
-    const int c = thisFile->get();
-    if (c == std::char_traits<char>::eof()) break;
     ++position;
     lexer_->nextCharacter(static_cast<char>(c));
     if ((lexer_->flags() & kEndOfParagraph) != 0) {

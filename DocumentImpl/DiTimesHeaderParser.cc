@@ -35,6 +35,7 @@ char* DiTimesHeaderParser::extractHeader(std::istream* stream, const char* heade
 // once; a single one between head lines is passed over.
 char* DiTimesHeaderParser::getHeaderLines(std::istream* stream) {
   std::string value;
+  bool first = true;
   bool afterDot = true;
   for (DiLineReader line(*stream); line.next();) {
     if (line.startsWith(".")) {
@@ -42,7 +43,8 @@ char* DiTimesHeaderParser::getHeaderLines(std::istream* stream) {
       afterDot = true;
       continue;
     }
-    if (!value.empty()) value += '/';
+    if (!first) value += '/';
+    first = false;
     value += line.text();
     afterDot = false;
   }

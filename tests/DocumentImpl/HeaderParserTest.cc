@@ -112,7 +112,8 @@ TEST_F(HeaderParserTest, Nntp) {
              {{"title", "The news"}, {"subject:", "The news"}, {"from", "me"}, {"date", "(null)"}},
              kSized},
             {"headers to the end of the file", "From: me\nSubject: x\n", -1},
-            {"headers to the end of the article", "From: me\nSubject: x\n", 0, {}, kSized},
+            {"headers to the end of the last article", "From: me\nSubject: x\n", -1, {}, kSized},
+            {"headers to the end of an article", "From: me\nSubject: x\nmore", 0, {}, 20},
             {"value of nothing", "Subject:\n\n", 10, {{"subject", ""}}},
         });
   DiNntpHeaderParser lexerless(nullptr, 1);

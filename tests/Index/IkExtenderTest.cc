@@ -13,7 +13,7 @@
 
 #include "Fun/Fd.h"
 #include "IkTestTools.h"
-#include "IkWordListManager.h"
+#include "IkTextManager.h"
 #include "Index/IkDataExtenderDBM.h"
 #include "Index/IkDataExtenderIndex.h"
 #include "Index/IkDataFileBinder.h"
@@ -236,10 +236,8 @@ TEST_F(IkExtenderTest, DamagedExtensions) {
   EXPECT_EQ(used(), "Ik: The extension '" + root_ + ".xidx' is damaged");
 }
 
-const Texts kTexts = {{"alpha", "beta", "alpha"},  {"beta", "gamma"},
-                      {" Mark", "beta"},           {"gamma", "alpha", "beta", "beta"},
-                      {"delta", "alpha", "delta"}, {"beta", "aaron"},
-                      {"delta", "epsilon"},        {" Mark", "aaron", "beta", "alpha"}};
+const Texts kTexts = {"alpha beta alpha",  "beta gamma", " Mark|beta",    "gamma alpha beta beta",
+                      "delta alpha delta", "beta aaron", "delta epsilon", " Mark|aaron beta alpha"};
 const std::string kDeadCode = "Ik: Call to dead code!";
 
 class ChangedIndexTest : public IkExtenderTest {
@@ -274,7 +272,7 @@ class ChangedIndexTest : public IkExtenderTest {
     for (int doc = 0; result->next(&doc, &score); ++doc) text_found += ' ' + std::to_string(doc);
     return text_found;
   }
-  WordListManager documents_;
+  TextManager documents_;
   IkIndexImpl index_;
 };
 
@@ -350,7 +348,7 @@ TEST_F(ChangedIndexTest, DeletionsReachEveryReader) {
   // Holes in the numbers are deleted documents.
   const std::string head = root_ + "fresh";
   IkIndexImpl extended(head.c_str());
-  WordListManager longer(Texts(12, {"alpha"}));
+  TextManager longer(Texts(12, "alpha"));
   extended.documentManager(&longer);
   extended.remove(0, 0);
   extended.extend(10, 11);
@@ -405,7 +403,7 @@ TEST_F(ChangedIndexTest, NewIndexesForgetTheirChanges) {
 TEST_F(ChangedIndexTest, AddsDocumentsWithoutWords) {
   Texts texts = kTexts;
   texts.resize(10);
-  WordListManager longer(texts);
+  TextManager longer(texts);
   index_.documentManager(&longer);
   index_.create_stage12(0, 0);
   index_.extend(8, 9);

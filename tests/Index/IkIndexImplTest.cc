@@ -11,52 +11,22 @@
 #include <string>
 #include <vector>
 
-#include "Document/DcDocumentManager.h"
-#include "Document/DcSimpleDocument.h"
 #include "Fun/Fd.h"
 #include "Fun/FdBag.h"
 #include "Fun/FdWrapper.h"
 #include "IkTestTools.h"
+#include "IkTextManager.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkProxBinder.h"
 #include "Index/IkTranspose.h"
 #include "Index/IkWordTable.h"
-#include "Token.h"
 #include "Token/TkWordPair.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/SysTools.h"
-#include "Word.h"
 
 namespace vandrelle {
 namespace {
-
-// The documents of texts; a word in front of a `|` becomes a special word. Or none, but
-// a number and a size of them.
-class TextManager : public DcDocumentManager {
- public:
-  explicit TextManager(std::vector<std::string> texts)
-      : texts_(std::move(texts)), count_(static_cast<int>(texts_.size())) {}
-  TextManager(int documents, long kilobytes) : size_(kilobytes), count_(documents) {}
-  DcDocument* documentNum(int num) override {
-    const std::string& text = texts_[static_cast<std::size_t>(num)];
-    const std::size_t start = text.find('|') + 1;
-    auto* document = new DcSimpleDocument(num, nullptr, text.data() + start,
-                                          static_cast<int>(text.size() - start), nullptr,
-                                          stemmer_.get(), lexer_.get());
-    if (start != 0) document->addSpecialWord(text.substr(0, start - 1).c_str());
-    return document;
-  }
-  int numDocuments() override { return count_; }
-  long corpusSize() override { return size_; }
-
- private:
-  const std::vector<std::string> texts_;
-  const std::unique_ptr<TkStemmer> stemmer_{TkManager::NullStemmer()};
-  const std::unique_ptr<TkLexer> lexer_{TkManager::SimpleTextLexer()};
-  const long size_ = 0;
-  const int count_ = 0;
-};
 
 class IkIndexImplTest : public DirectoryTest {
  protected:

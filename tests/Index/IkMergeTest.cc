@@ -5,13 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <fstream>
+#include <bit>
+#include <map>
 #include <sstream>
-#include <string>
-#include <vector>
 
-#include "Exception.h"
+#include "IkTestTools.h"
 #include "Index/IkIndexer.h"
 #include "Index/IkMergeTempfile.h"
 #include "Index/IkTempfile.h"
@@ -22,29 +20,24 @@
 namespace vandrelle {
 namespace {
 
-class IkMergeTest : public testing::Test {
+class IkMergeTest : public DirectoryTest {
  protected:
-  std::string path(const std::string& name) const { return testing::TempDir() + "ikmerge_" + name; }
+  std::string path(const std::string& name) const { return directory_ / name; }
 
   struct Line {
-    const char* word;
+    std::string word;
     std::vector<IkDocumentInfo> pairs;
   };
 
   std::string write(const std::string& name, const std::vector<Line>& lines) const {
     IkTempfile file(path(name).c_str());
     for (const Line& line : lines) {
-      file.writeWord(WmLocalWord(line.word).word());
+      file.writeWord(WmLocalWord(line.word.c_str()).word());
       for (const IkDocumentInfo& pair : line.pairs) file.addChunk(pair.chunk, pair.frequency);
       file.writeLine();
     }
     file.writeEOF();
     return path(name);
-  }
-
-  static std::string slurp(const std::string& name) {
-    std::ifstream in(name, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
   }
 
   // "word:chunk*frequency,..." for each word, with D or S for the form of the row.
@@ -73,21 +66,6 @@ class IkMergeTest : public testing::Test {
     }
     return out.str();
   }
-
-  // The message of the exception that `action` throws, "" if none.
-  template <typename Action>
-  static std::string thrown(Action action) {
-    ExceptionEnvironment environment;
-    if (GUARDED(environment)) {
-      action();
-      return "";
-    }
-    environment.restore_env();
-    Exception* caught = ExceptionManager::instance()->pop();
-    const std::string message = caught->message();
-    delete caught;
-    return message;
-  }
 };
 
 TEST_F(IkMergeTest, TempfileBytes) {
@@ -99,7 +77,7 @@ TEST_F(IkMergeTest, TempfileBytes) {
       "\x01"
       "b\0\0\0\x0F\0\0\x02\x80\x80\0\0\x03\xFF\xFE\0\0\x04\xFF\xFF\0",
       15 + 21 + 1);
-  EXPECT_EQ(slurp(file), expected);
+  EXPECT_EQ(bytesOf(file), expected);
 }
 
 TEST_F(IkMergeTest, MergesEqualWordsInChunkOrderAndJoinsSplitChunks) {
@@ -115,38 +93,29 @@ TEST_F(IkMergeTest, MergesEqualWordsInChunkOrderAndJoinsSplitChunks) {
 
 TEST_F(IkMergeTest, ManySourcesComeOutSorted) {
   std::vector<std::string> files;
+  std::map<std::string, std::string> rows;
   for (int i = 0; i < 40; ++i) {
     std::vector<Line> lines;
-    std::vector<std::string> words;
     for (int w = i % 7; w < 100; w += 1 + i % 5) {
-      words.push_back("longprefix" + std::to_string(1000 + w));
+      const std::string word = "longprefix" + std::to_string(1000 + w);
+      lines.push_back({word, {{i * 2, 1}}});
+      rows[word] += ' ' + std::to_string(i * 2) + "*1";
     }
-    for (const std::string& word : words) lines.push_back({word.c_str(), {{i * 2, 1}}});
     files.push_back(write("many" + std::to_string(i), lines));
   }
-  std::istringstream out(merged(files, 1000));
-  std::string last;
-  int words = 0;
-  for (std::string line; std::getline(out, line); ++words) {
-    const std::string word = line.substr(0, line.find(' '));
-    EXPECT_LT(last, word);
-    last = word;
-    int chunk = -1;
-    std::istringstream pairs(line.substr(word.size() + 2));
-    for (std::string pair; pairs >> pair;) {
-      EXPECT_LT(chunk, std::stoi(pair)) << line;
-      chunk = std::stoi(pair);
-    }
-  }
-  EXPECT_EQ(words, 100);
+  std::string expected;
+  for (const auto& [word, row] : rows) expected += word + " S" + row + '\n';
+  EXPECT_EQ(rows.size(), 100u);
+  EXPECT_EQ(merged(files, 1000), expected);
 }
 
 TEST_F(IkMergeTest, DamagedFilesEndInOneMessage) {
-  const std::string whole = slurp(write("whole", {{"word", {{1, 1}, {2, 300}}}, {"x", {{3, 1}}}}));
+  const std::string whole =
+      bytesOf(write("whole", {{"word", {{1, 1}, {2, 300}}}, {"x", {{3, 1}}}}));
   for (std::size_t length = 1; length < whole.size() - 1; ++length) {
     const std::string cut = path("cut");
-    std::ofstream(cut, std::ios::binary) << whole.substr(0, length);
-    const std::string message = thrown([&] { merged({cut}, 10); });
+    writeBytes(cut, whole.substr(0, length));
+    const std::string message = thrownBy([&] { merged({cut}, 10); });
     // A cut between two lines can't be told from the end of the file.
     if (!message.empty()) {
       EXPECT_NE(message.find("is damaged"), std::string::npos) << message;
@@ -155,8 +124,8 @@ TEST_F(IkMergeTest, DamagedFilesEndInOneMessage) {
   // In a dense row, in a sparse one, and just past the end.
   const std::string high = write("high", {{"w", {{10, 1}}}});
   for (const int rowSize : {2, 8, 10}) {
-    EXPECT_EQ(thrown([&] { merged({high}, rowSize); }),
-              "Read document that is too large while unpacking (10)");
+    EXPECT_EQ(thrownBy([&] { merged({high}, rowSize); }),
+              "Ik: Read document that is too large while unpacking (10)");
   }
   EXPECT_EQ(merged({high}, 11), "w S 10*1\n");
 }
@@ -177,21 +146,11 @@ TEST(IkWordOrder, PrefixHasTheOrderOfTheCollation) {
   }
 }
 
-TEST_F(IkMergeTest, AllocsizeAndItsLimit) {
-  const struct {
-    std::size_t size;
-    std::size_t expected;
-  } kCases[] = {{1, 1},
-                {3, 4},
-                {255, 256},
-                {256, 256},
-                {257, 512},
-                {513, 1024},
-                {0xFFFF, 0x10000},
-                {0x10001, 0x20000},
-                {0x1000000, 0x1000000}};
-  for (const auto& c : kCases) EXPECT_EQ(IkIndexer::allocsize(c.size), c.expected) << c.size;
-  EXPECT_EQ(thrown([] { IkIndexer::allocsize(0x1000001); }), "bobo size calculation");
+TEST_F(IkMergeTest, AllocsizeIsAPowerOfTwoUpToItsLimit) {
+  for (std::size_t size : {1, 3, 255, 256, 257, 513, 0xFFFF, 0x10001, 0x1000000}) {
+    EXPECT_EQ(IkIndexer::allocsize(size), std::bit_ceil(size)) << size;
+  }
+  EXPECT_EQ(thrownBy([] { IkIndexer::allocsize(0x1000001); }), "Fatal: bobo size calculation");
 }
 
 // An indexer that compiles nothing, so that its temporary files can be read.
@@ -204,7 +163,6 @@ class Accumulator : public IkIndexer {
 
 TEST_F(IkMergeTest, TableIsWrittenAtTheFirstTermOfTheNextChunk) {
   const std::string root = path("acc");
-  for (int i = 0; i < 4; ++i) std::remove((root + ".tmp00" + std::to_string(i)).c_str());
   Accumulator accumulator(root.c_str());
   accumulator.recordProximity(0);
   // 32 bytes are counted for a word of up to 15 letters: 131,073 of them pass the
@@ -212,7 +170,7 @@ TEST_F(IkMergeTest, TableIsWrittenAtTheFirstTermOfTheNextChunk) {
   for (int i = 0; i < 140000; ++i) {
     accumulator.addTerm(WmLocalWord(("w" + std::to_string(i)).c_str()).word(), 0, i);
   }
-  EXPECT_FALSE(std::ifstream(root + ".tmp000").good());
+  EXPECT_FALSE(std::filesystem::exists(root + ".tmp000"));
   const WmLocalWord shared("shared");
   for (int i = 0; i < 3; ++i) accumulator.addTerm(shared.word(), 1, i);
   accumulator.makeIndex();
@@ -250,9 +208,9 @@ TEST_F(IkMergeTest, TempfilesIntoOne) {
   merger.addTempfile(write("t1", {{"all", {{1, 1}, {4, 1}}}, {"cat", {{5, 1}}}}).c_str());
   merger.merge(path("one").c_str());
   EXPECT_EQ(
-      slurp(path("one")),
-      slurp(write("wanted",
-                  {{"all", {{0, 2}, {1, 2}, {4, 1}}}, {"bee", {{1, 130}}}, {"cat", {{5, 1}}}})));
+      bytesOf(path("one")),
+      bytesOf(write("wanted",
+                    {{"all", {{0, 2}, {1, 2}, {4, 1}}}, {"bee", {{1, 130}}}, {"cat", {{5, 1}}}})));
 }
 
 TEST_F(IkMergeTest, ExplicitTempfiles) {
@@ -261,8 +219,8 @@ TEST_F(IkMergeTest, ExplicitTempfiles) {
   accumulator.addTempfile(path("absent").c_str());
   accumulator.makeIndexExplicitTempfiles();
   EXPECT_EQ(accumulator.compiled, 0);
-  EXPECT_EQ(thrown([&] { accumulator.addTempfile(odd.c_str()); }),
-            "Filename does not contain .tmp");
+  EXPECT_EQ(thrownBy([&] { accumulator.addTempfile(odd.c_str()); }),
+            "Ik: Filename does not contain .tmp");
   accumulator.recordProximity(0);
   accumulator.addTempfile(odd.c_str());
   accumulator.makeIndexExplicitTempfiles();

@@ -12,13 +12,11 @@
 #include <random>
 
 #include "Fun/Fd.h"
-#include "IkTestTools.h"
+#include "IkMergeText.h"
 #include "IkTextManager.h"
 #include "Index/IkDataExtenderDBM.h"
 #include "Index/IkDataExtenderIndex.h"
-#include "Index/IkDataFileBinder.h"
 #include "Index/IkDataFileUnpacker.h"
-#include "Index/IkDeleterVector.h"
 #include "Index/IkIndexImpl.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkLocalIndexBinder.h"
@@ -29,7 +27,6 @@
 #include "Index/IkWordTable.h"
 #include "Parser/PrSparseNode.h"
 #include "Tool/ByteOrder.h"
-#include "Tool/SysTools.h"
 
 namespace vandrelle {
 namespace {
@@ -41,10 +38,6 @@ class PairText : public IkDataFileUnpacker {
   }
   std::string text;
 };
-
-std::string textOf(const WmWord* word) {
-  return {word->letters(), static_cast<std::size_t>(word->num_letters())};
-}
 
 int offsetOf(IkDataExtender* extender, const char* text) {
   const WmLocalWord word(text);
@@ -60,33 +53,6 @@ std::string rowAt(IkDataExtender* extender, int offset) {
   extender->seek(offset);
   extender->unpackRow(&row, 1.0f);
   return row.text;
-}
-
-// Words in the order of the merger, with their rows.
-std::string merged(IkMergeObject* source, int rowSize) {
-  std::string text;
-  source->reset();
-  while (const WmWord* word = source->word()) {
-    text += textOf(word) + ':';
-    const int most = source->maxElements();
-    std::vector<int> row(static_cast<std::size_t>(rowSize));
-    std::vector<IkDocumentInfo> pairs(static_cast<std::size_t>(most));
-    int count = 0;
-    source->unpackSparse(pairs.data(), &count, nullptr);
-    EXPECT_EQ(count, most);
-    count = 0;
-    source->unpack(row.data(), rowSize, &count, nullptr);
-    EXPECT_EQ(count, most);
-    for (const IkDocumentInfo& pair : pairs) {
-      EXPECT_EQ(row[static_cast<std::size_t>(pair.chunk)], pair.frequency);
-    }
-    for (int i = 0; i < rowSize; ++i) {
-      const int frequency = row[static_cast<std::size_t>(i)];
-      if (frequency != 0) text += ' ' + std::to_string(i) + '/' + std::to_string(frequency);
-    }
-    text += "; ";
-  }
-  return text;
 }
 
 class DeletesSix : public IkDeleter {
@@ -178,7 +144,9 @@ TEST_F(IkExtenderTest, BothFormsKeepWhatIsAdded) {
     DeletesSix deletesSix;
     extender->deleter(&deletesSix);
     IkMergeExtender source(extender.release());
-    EXPECT_EQ(merged(&source, 8), "apple: 7/1; fig: 5/2 7/1; pear: 5/2; ");
+    for (bool dense : {false, true}) {
+      EXPECT_EQ(contentOf(&source, dense), "apple: 7/1; fig: 5/2 7/1; pear: 5/2; ");
+    }
   }
   EXPECT_EQ(thrownBy([&] { IkMergeExtenderIndex none((root_ + "none").c_str()); }),
             "Ik: Extending an existing index is unimplemented in this version of the SDK");
@@ -209,7 +177,7 @@ TEST_F(IkExtenderTest, DamagedExtensions) {
       int offset;
       extender->lookupOffset(WmLocalWord("fig").word(), &offset);
       IkMergeExtender source(extender.release());
-      merged(&source, 8);
+      for (bool dense : {false, true}) contentOf(&source, dense);
       extender.reset(open(root_, 1));
       extender->done();
     });

@@ -2,12 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include "IkTestTools.h"
+#include "IkMergeText.h"
 #include "IkTinyIndex.h"
 #include "Index/IkMergeDeleter.h"
 
@@ -29,43 +24,6 @@ class ExcludesAsh : public IkMergeIndexExcluder {
  public:
   int excludes(const WmWord* word) override { return *word == *WmLocalWord("ash").word(); }
 };
-
-std::string textOf(const WmWord& word) {
-  return {word.letters(), static_cast<std::size_t>(word.num_letters())};
-}
-
-// All words with their pairs, in both forms, and what was copied of positions.
-std::string contentOf(IkMergeIndex* index, bool dense, const std::string& proxName) {
-  std::ostringstream text;
-  {
-    IkProxCreator prox(proxName.c_str());
-    index->reset();
-    int number = 0;
-    while (const WmWord* word = index->word()) {
-      text << textOf(*word) << ":";
-      EXPECT_GE(index->maxElements(), 1);
-      int count = 0;
-      if (dense) {
-        std::vector<int> row(20);
-        index->unpack(row.data(), 20, &count, &prox);
-        for (int i = 0; i < 20; ++i) {
-          if (row[static_cast<std::size_t>(i)] > 0)
-            text << " " << i << "/" << row[static_cast<std::size_t>(i)];
-        }
-      } else {
-        std::vector<IkDocumentInfo> row(20);
-        index->unpackSparse(row.data(), &count, &prox);
-        for (int i = 0; i < count; ++i) {
-          text << " " << row[static_cast<std::size_t>(i)].chunk << "/"
-               << row[static_cast<std::size_t>(i)].frequency;
-        }
-      }
-      text << "; ";
-      index->newWordNumber(count > 0 ? number++ : -1);
-    }
-  }
-  return text.str();
-}
 
 const std::string kNone("\xFF\xFF\xFF\xFF", 4);
 std::string number(char n) { return std::string(3, '\0') + n; }
@@ -104,7 +62,8 @@ TEST(IkMergeIndex, MovesChunksAndCopiesPositions) {
         index.offset(10);
         index.deleter(c.deleter);
         index.excluder(c.excluder);
-        EXPECT_EQ(contentOf(&index, dense, prox), c.content) << c.what;
+        IkProxCreator positions(prox.c_str());
+        EXPECT_EQ(contentOf(&index, dense, &positions), c.content) << c.what;
       }
       EXPECT_EQ(bytesOf(side), c.side) << c.what;
       EXPECT_EQ(bytesOf(prox), c.prox) << c.what;

@@ -8,7 +8,7 @@
 #include "Document/DcStructureMap.h"
 #include "IkPairCollector.h"
 #include "IkTestTools.h"
-#include "Index/IkDeleter.h"
+#include "Index/IkDeleterVector.h"
 
 namespace vandrelle {
 namespace {
@@ -25,15 +25,6 @@ Bytes packed(const std::vector<Element>& row) {
   bytes.resize(static_cast<std::size_t>(size));
   return bytes;
 }
-
-class DeletesOddChunks : public IkDeleter {
- public:
-  int isDeleted(int doc_num) override { return doc_num & 1; }
-  void deleteDocument(int) override {}
-  int numDeleted() override { return 0; }
-  void done() override {}
-  void freeze() override {}
-};
 
 class TenChunksAStructure : public DcStructureMap {
  public:
@@ -128,12 +119,14 @@ TEST(IkDataFile, RandomRowsComeBack) {
 }
 
 TEST(IkDataFile, DeletedChunksMoveTheCountOn) {
-  DeletesOddChunks deleter;
+  const std::unique_ptr<IkDeleterVector> deleter(
+      IkDeleterVector::Create((testing::TempDir() + "odd").c_str(), 30, 0));
+  for (int chunk = 1; chunk < 30; chunk += 2) deleter->deleteDocument(chunk);
   const Bytes bytes = packed(Row{{2, 1}, {3, 5}, {4, 2}, {21, 1}, {22, 3}});
-  EXPECT_EQ(unpacked(bytes, &deleter), (Pairs{{2, 1}, {4, 2}, {22, 3}}));
+  EXPECT_EQ(unpacked(bytes, deleter.get()), (Pairs{{2, 1}, {4, 2}, {22, 3}}));
   TenChunksAStructure map;
   EXPECT_EQ(unpacked(bytes, nullptr, &map), (Pairs{{0, 8}, {2, 4}}));
-  EXPECT_EQ(unpacked(bytes, &deleter, &map), (Pairs{{0, 3}, {2, 3}}));
+  EXPECT_EQ(unpacked(bytes, deleter.get(), &map), (Pairs{{0, 3}, {2, 3}}));
 }
 
 TEST(IkDataFile, BadSizeModesEndTheRow) {

@@ -4,16 +4,13 @@
 
 #include <cstdio>
 #include <functional>
-#include <memory>
-#include <string>
-#include <vector>
+#include <sstream>
 
 #include "Fun/Fd.h"
 #include "Fun/FdBag.h"
 #include "IkTestTools.h"
 #include "Index/IkDataTempMerger.h"
 #include "Index/IkIndexImpl.h"
-#include "Index/IkIndexInfo.h"
 #include "Index/IkIndexer.h"
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkTranspose.h"
@@ -21,31 +18,16 @@
 #include "Index/IkTransposeMerger.h"
 #include "Index/IkWordTable.h"
 #include "Tool/SysTools.h"
-#include "Word.h"
 
 namespace vandrelle {
 namespace {
 
-using Text = std::vector<std::string>;  // a document a line, a word a blank
-
-const Text kTexts = {"the quick brown fox", "the lazy dog", "a dog a day",
-                     "quick quick quick",   "the end",      "brown dog brown fox"};
+// A document a line, a word a blank.
+const std::vector<std::string> kTexts = {
+    "the quick brown fox", "the lazy dog", "a dog a day",
+    "quick quick quick",   "the end",      "brown dog brown fox"};
 
 using WordTest = std::function<bool(const std::string&)>;
-
-void addText(IkIndexer* indexer, int chunk, const std::string& text, const WordTest& wanted) {
-  int position = 0;
-  std::string word;
-  for (const char c : text + " ") {
-    if (c != ' ') {
-      word += c;
-      continue;
-    }
-    if (wanted(word)) indexer->addTerm(WmLocalWord(word.c_str()).word(), chunk, position);
-    ++position;
-    word.clear();
-  }
-}
 
 // An index of the texts `first` to `last`, numbered from `firstChunk`, of the
 // wanted words only.
@@ -54,13 +36,35 @@ std::string indexOf(const char* name, int first, int last, int firstChunk, const
   std::remove((root + ".xk").c_str());
   IkIndexer indexer(root.c_str());
   for (int i = first; i <= last; ++i) {
-    addText(&indexer, firstChunk + i - first, kTexts[static_cast<std::size_t>(i)], wanted);
+    std::istringstream words(kTexts[static_cast<std::size_t>(i)]);
+    int position = 0;
+    for (std::string word; words >> word; ++position) {
+      if (!wanted(word)) continue;
+      indexer.addTerm(WmLocalWord(word.c_str()).word(), firstChunk + i - first, position);
+    }
   }
   indexer.makeIndex();
   return root;
 }
 
 bool everyWord(const std::string&) { return true; }
+
+struct Source {
+  std::string root;
+  const char* side = nullptr;
+  IkMergeDeleter* omits = nullptr;
+};
+
+std::string mergeOf(const char* name, bool additive, const std::vector<Source>& sources) {
+  const std::string root = testing::TempDir() + name;
+  IkDataMerger merger(root.c_str());
+  merger.additiveMode(additive);
+  for (const Source& source : sources) {
+    merger.addIndex(source.root.c_str(), source.side, source.omits);
+  }
+  merger.makeIndex();
+  return root;
+}
 
 void expectSameIndex(const std::string& root, const std::string& expected) {
   for (const char* suffix : {".info", ".dat", ".key", ".ptr", ".idf", ".sum", ".norm", ".norm.raw",
@@ -72,18 +76,11 @@ void expectSameIndex(const std::string& root, const std::string& expected) {
 
 TEST(IkDataMerger, HalvesGiveTheWholeIndex) {
   const std::string whole = indexOf("whole", 0, 5, 0, everyWord);
-  const std::string first = indexOf("first", 0, 2, 0, everyWord);
-  const std::string second = indexOf("second", 3, 5, 0, everyWord);
-  const std::string merged = testing::TempDir() + "merged";
-  const std::string side = merged + ".tmp.0001";
-  {
-    IkDataMerger merger(merged.c_str());
-    merger.additiveMode(true);
-    merger.addIndex(first.c_str(), nullptr, nullptr);
-    merger.addIndex(second.c_str(), side.c_str(), nullptr);
-    merger.makeIndex();
-  }
-  expectSameIndex(merged, whole);
+  const std::string side = testing::TempDir() + "merged.tmp.0001";
+  expectSameIndex(mergeOf("merged", true,
+                          {{indexOf("first", 0, 2, 0, everyWord)},
+                           {indexOf("second", 3, 5, 0, everyWord), side.c_str()}}),
+                  whole);
   // brown dog end fox quick the, of: a brown day dog end fox lazy quick the
   EXPECT_EQ(bytesOf(side), std::string("\0\0\0\1\0\0\0\3\0\0\0\4\0\0\0\5\0\0\0\7\0\0\0\x8", 24));
 }
@@ -92,29 +89,20 @@ TEST(IkDataMerger, WordsOfTheSameDocumentsGiveTheWholeIndex) {
   const std::string whole = indexOf("allwords", 0, 5, 0, everyWord);
   const std::string early = indexOf("early", 0, 5, 0, [](const std::string& w) { return w < "e"; });
   const std::string late = indexOf("late", 0, 5, 0, [](const std::string& w) { return w >= "e"; });
-  const std::string merged = testing::TempDir() + "rejoined";
-  {
-    IkDataMerger merger(merged.c_str());
-    merger.addIndex(early.c_str(), nullptr, nullptr);
-    merger.addIndex(late.c_str(), nullptr, nullptr);
-    merger.makeIndex();
-  }
-  expectSameIndex(merged, whole);
+  expectSameIndex(mergeOf("rejoined", false, {{early}, {late}}), whole);
 }
 
 // Word and value of each entry of a document's digest, "word/value " each.
 std::string digestOf(const std::string& root, int doc) {
   IkLocalIndexBinder binder(root.c_str(), nullptr);
   IkTranspose* const digests = binder.transpose();
-  std::string text;
+  std::ostringstream text;
   for (int i = 0; i < digests->digestSize(); ++i) {
-    const WmWord* word = binder.wordTable()->word(digests->wordNum(doc, i));
     const int value = digests->wordValue(doc, i);
     if (value == 0) continue;
-    text.append(word->letters(), static_cast<std::size_t>(word->num_letters()));
-    text += "/" + std::to_string(value) + " ";
+    text << *binder.wordTable()->word(digests->wordNum(doc, i)) << '/' << value << ' ';
   }
-  return text;
+  return text.str();
 }
 
 TEST(IkIndexImpl, MergesIndexesWithTheirDigests) {
@@ -164,16 +152,8 @@ TEST(IkDataMerger, OmittedDocumentsLeaveNoTrace) {
   const std::string rest = indexOf("rest", 1, 5, 0, everyWord);
   const std::string first = indexOf("omitted", 0, 2, 0, everyWord);
   const std::string second = indexOf("kept", 3, 5, 0, everyWord);
-  const std::string merged = testing::TempDir() + "without";
   OmitsTheFirst omits;
-  {
-    IkDataMerger merger(merged.c_str());
-    merger.additiveMode(true);
-    merger.addIndex(first.c_str(), nullptr, &omits);
-    merger.addIndex(second.c_str(), nullptr, nullptr);
-    merger.makeIndex();
-  }
-  expectSameIndex(merged, rest);
+  expectSameIndex(mergeOf("without", true, {{first, nullptr, &omits}, {second}}), rest);
 }
 
 TEST(IkDataTempMerger, TemporaryFilesFollowAnIndex) {

@@ -17,6 +17,7 @@
 #include "Index/IkDataExtenderDBM.h"
 #include "Index/IkDataExtenderIndex.h"
 #include "Index/IkDataFileUnpacker.h"
+#include "Index/IkDeleterVector.h"
 #include "Index/IkIndexImpl.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkLocalIndexBinder.h"
@@ -54,15 +55,6 @@ std::string rowAt(IkDataExtender* extender, int offset) {
   extender->unpackRow(&row, 1.0f);
   return row.text;
 }
-
-class DeletesSix : public IkDeleter {
- public:
-  int isDeleted(int doc_num) override { return doc_num == 6; }
-  void deleteDocument(int) override {}
-  int numDeleted() override { return 1; }
-  void done() override {}
-  void freeze() override {}
-};
 
 class IkExtenderTest : public testing::Test {
  protected:
@@ -141,8 +133,9 @@ TEST_F(IkExtenderTest, BothFormsKeepWhatIsAdded) {
     EXPECT_EQ(thrownBy([&] { extender->scale(1.0f); }),
               "Ik: Cannot set scale while in read-only mode.");
 
-    DeletesSix deletesSix;
-    extender->deleter(&deletesSix);
+    const std::unique_ptr<IkDeleterVector> deleter(IkDeleterVector::Create(root_.c_str(), 8, 0));
+    deleter->deleteDocument(6);
+    extender->deleter(deleter.get());
     IkMergeExtender source(extender.release());
     for (bool dense : {false, true}) {
       EXPECT_EQ(contentOf(&source, dense), "apple: 7/1; fig: 5/2 7/1; pear: 5/2; ");

@@ -7,15 +7,10 @@
 #include <set>
 #include <sstream>
 
-#include "Document/DcFieldsBinder.h"
 #include "Document/DcMetaDocManager.h"
 #include "Driver/VymTypes.h"
 #include "Index/IkDataFileBinder.h"
-#include "Index/IkLocalIndexBinder.h"
-#include "Index/IkWordTable.h"
-#include "KeyFile.h"
 #include "Token/TkStemmer.h"
-#include "Tool/HeapText.h"
 #include "end_to_end/ProgramRun.h"
 
 namespace vandrelle::test {
@@ -86,20 +81,9 @@ class IndexRunTest : public ::testing::Test {
     return names;
   }
 
-  bool holds(const char* word) {
-    return IkLocalIndexBinder(root().c_str(), nullptr)
-               .wordTable()
-               ->wordNum(WmLocalWord(word).word()) >= 0;
-  }
-
   // A field of each document, sorted.
   Texts field(const char* name) {
-    DcFieldsBinder fields(root().c_str());
-    Texts values;
-    for (int i = 0; i < fields.numDocuments(); ++i) {
-      const HeapAptr<char> value(fields.retrieve(i, name));
-      values.push_back(value ? value.get() : "(none)");
-    }
+    Texts values = fieldsOf(root(), name);
     std::sort(values.begin(), values.end());
     return values;
   }
@@ -221,7 +205,7 @@ TEST_F(IndexRunTest, OptionsChooseDocumentsAndWords) {
     SCOPED_TRACE(told);
     build(one.arguments, one.configuration);
     EXPECT_EQ(documents(), one.documents);
-    for (const auto& [word, present] : one.words) EXPECT_EQ(holds(word), present) << word;
+    for (const auto& [word, present] : one.words) EXPECT_EQ(holds(root(), word), present) << word;
   }
 }
 
@@ -346,13 +330,11 @@ TEST_F(IndexRunTest, LaterRunsOnAFinishedIndex) {
   build({"-R", root(), "-sumfile"});
   auto after = filesOf(root());
   std::string map, flat = "*";
-  DcFieldsBinder fields(root().c_str());
-  ASSERT_EQ(fields.numDocuments(), 3);
-  for (int i = 0; i < 3; ++i) {
+  for (const std::string& summary : fieldsOf(root(), "summary")) {
     map += {'\0', '\0', static_cast<char>(flat.size() >> 8), static_cast<char>(flat.size())};
-    flat += HeapAptr<char>(fields.retrieve(i, "summary")).get();
-    flat += '\0';
+    flat += summary + '\0';
   }
+  EXPECT_EQ(map.size(), 12u);
   EXPECT_TRUE(after[".sum.map"] == map);
   EXPECT_EQ(after[".sum.idx"], flat);
   after.erase(".sum.map");

@@ -10,7 +10,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "Document/DcFieldsBinder.h"
+#include "Index/IkLocalIndexBinder.h"
+#include "Index/IkWordTable.h"
 #include "TestFiles.h"
+#include "Tool/HeapText.h"
+#include "Word.h"
 
 namespace vandrelle::test {
 
@@ -46,6 +51,23 @@ inline std::map<std::string, std::string> filesOf(const std::string& root) {
 inline std::map<std::string, std::string> withoutLogs(std::map<std::string, std::string> files) {
   for (const char* suffix : {".log", ".prog", ".size"}) files.erase(suffix);
   return files;
+}
+
+// Is `word` one of the index's?
+inline bool holds(const std::string& root, const std::string& word) {
+  IkLocalIndexBinder index(root.c_str(), nullptr);
+  return index.wordTable()->wordNum(WmLocalWord(word.c_str()).word()) >= 0;
+}
+
+// A field of each document of the index, in order.
+inline std::vector<std::string> fieldsOf(const std::string& root, const char* name) {
+  DcFieldsBinder binder(root.c_str());
+  std::vector<std::string> values;
+  for (int i = 0; i < binder.numDocuments(); ++i) {
+    const HeapAptr<char> value(binder.retrieve(i, name));
+    values.push_back(value == nullptr ? "(null)" : value.get());
+  }
+  return values;
 }
 
 struct ProgramRun {

@@ -25,12 +25,14 @@ namespace fs = std::filesystem;
 
 constexpr int kGoodPages = 3;
 
+// Makes the trouble in the folder that is indexed, and answers more options of the run.
+using Make = std::function<Arguments(const fs::path&)>;
+
 struct Trouble {
   const char* name;
-  std::function<void(const fs::path&)> make;  // in the folder that is indexed
-  int documents;                              // in the index; -1 when none is to be made
-  std::vector<const char*> told;              // parts of the log, or of the output without an index
-  std::function<Arguments(const fs::path&)> options = nullptr;
+  Make make;
+  int documents;                       // in the index; -1 when none is to be made
+  std::vector<const char*> told = {};  // parts of the log, or of the output without an index
 };
 void PrintTo(const Trouble& trouble, std::ostream* os) { *os << trouble.name; }
 
@@ -50,17 +52,24 @@ std::string repeated(const std::string& text, int times) {
   return all;
 }
 
-std::function<void(const fs::path&)> page(const std::string& text) {
-  return [text](const fs::path& in) { writeFile(in / "page.html", text); };
+Make file(const char* name, const std::string& text) {
+  return [name, text](const fs::path& in) -> Arguments {
+    writeFile(in / name, text);
+    return {};
+  };
+}
+Make page(const std::string& text) { return file("page.html", text); }
+
+// Instead of the good pages; none for no text.
+Make onlyPage(const std::string& text) {
+  return [text](const fs::path& in) -> Arguments {
+    for (const auto& entry : fs::directory_iterator(in)) fs::remove_all(entry);
+    return text.empty() ? Arguments() : page(text)(in);
+  };
 }
 
-void removeGoodPages(const fs::path& in) {
-  for (const auto& entry : fs::directory_iterator(in)) fs::remove_all(entry);
-}
-
-// A file of this contents, beside the folder, as the value of an option.
-std::function<Arguments(const fs::path&)> fileOption(const char* option,
-                                                     const std::string& contents) {
+// A file of this contents, beside the folder, as the value of an option. @ is the folder.
+Make fileOption(const char* option, const std::string& contents) {
   return [option, contents](const fs::path& in) -> Arguments {
     const fs::path path = in.parent_path() / "option";
     std::string filled = contents;
@@ -71,78 +80,73 @@ std::function<Arguments(const fs::path&)> fileOption(const char* option,
   };
 }
 
-std::function<Arguments(const fs::path&)> options(const Arguments& names) {
-  return [names](const fs::path&) { return names; };
+Make option(const std::string& name) {
+  return [name](const fs::path&) -> Arguments { return {name}; };
 }
 
 // Deeper than any fixed buffer, and than a walk that keeps its folders open.
-void deepFolders(const fs::path& in) {
+Arguments deepFolders(const fs::path& in) {
   fs::path deep = in;
   for (int i = 0; i < 500; ++i) deep /= "ddd";
   writeFile(deep / "page.html", "deep words");
+  return {};
 }
 
-void strangeNames(const fs::path& in) {
+Arguments strangeNames(const fs::path& in) {
   for (const char* name : {"q'uo\"te.html", "\xff\xfe.html", "-R.html", "$(x)%s%n.html"})
     writeFile(in / name, "words here");
+  return {};
+}
+
+Arguments spiderPageWithoutTabs(const fs::path& in) {
+  writeFile(in.parent_path() / "spider/page.html", "http\thost\nwords");
+  return {"-spider", (in.parent_path() / "spider").string()};
 }
 
 std::vector<Trouble> troubles() {
   const std::string word = "T" + std::string(99, 't') + " ";
+  const std::string description = "<meta name=\"description\" content=\"";
+  const std::string list("@/good0.html\0@/good1.html\0", 26);
   return {
-      {"NameNoSystemHolds", nullptr, 3, {"xxxxxxxx"}, options({std::string(9000, 'x')})},
-      {"StrangeNames", strangeNames, 7, {}},
+      {"NameNoSystemHolds", option(std::string(9000, 'x')), 3, {"xxxxxxxx"}},
+      {"StrangeNames", strangeNames, 7},
       {"NameWithABlank",
-       [](const fs::path& in) { writeFile(in / "a b.html", "words"); },
+       file("a b.html", "words"),
        4,
        {"up to its first white space", "can no longer be opened"}},
-      {"DeepFolders", deepFolders, 4, {}},
-      {"RandomBytes", page(random(1000000)), 4, {}},
-      {"OneLongLine", page(repeated("some words <b>and</b> ", 100000)), 4, {}},
-      {"ZeroBytes", page(repeated(std::string("w\0o\0", 4), 5000)), 4, {}},
-      {"ManyMetas", page(repeated("<meta name=description ", 20000)), 4, {}},
-      {"LongTitle", page("<title>" + repeated(word, 1000) + "</title>text"), 4, {}},
-      {"LongDescription",
-       page("<meta name=\"description\" content=\"" + repeated(word, 1000) + "\">"),
-       4,
-       {}},
+      {"DeepFolders", deepFolders, 4},
+      {"RandomBytes", page(random(1000000)), 4},
+      {"OneLongLine", page(repeated("some words <b>and</b> ", 100000)), 4},
+      {"ZeroBytes", page(repeated(std::string("w\0o\0", 4), 5000)), 4},
+      {"ManyMetas", page(repeated("<meta name=description ", 20000)), 4},
+      {"LongTitle", page("<title>" + repeated(word, 1000) + "</title>text"), 4},
+      {"LongDescription", page(description + repeated(word, 1000) + "\">"), 4},
       {"ManyOfOneWord", page(repeated("many ", 70000)), 4, {"Frequency too large for doc #"}},
-      {"NoWordsInOne", page("<p>. , -</p>"), 4, {}},
-      {"NoDocuments", removeGoodPages, -1, {"no valid files added to index - no index built"}},
+      {"NoWordsInOne", page("<p>. , -</p>"), 4},
+      {"NoDocuments", onlyPage(""), -1, {"no valid files added to index - no index built"}},
       {"NoWords",
-       [](const fs::path& in) { removeGoodPages(in), page("<title>.</title> .,")(in); },
+       onlyPage("<title>.</title> .,"),
        -1,
        {"No words found in any of 1 documents - no index built."}},
-      {"OneWord", [](const fs::path& in) { removeGoodPages(in), page("alone")(in); }, 1, {}},
-      {"EmptyExclusion", nullptr, -1, {"no valid files added"}, fileOption("-excl", "\ngood1")},
+      {"OneWord", onlyPage("alone"), 1},
+      {"EmptyExclusion", fileOption("-excl", "\ngood1"), -1, {"no valid files added"}},
       {"ExclusionWithCarriageReturn",
-       nullptr,
+       fileOption("-excl", "good1\r\n"),
        3,
-       {"line 1: the pattern ends in a carriage return"},
-       fileOption("-excl", "good1\r\n")},
+       {"line 1: the pattern ends in a carriage return"}},
       {"ListOfMissingFiles",
-       nullptr,
+       fileOption("-flist", "/nowhere\r\n@/good0.html\r\n"),
        3,
-       {"/nowhere doesn't exist."},
-       fileOption("-flist", "/nowhere\r\n@/good0.html\r\n")},
+       {"/nowhere doesn't exist."}},
       {"ListWithZeroByte",
-       nullptr,
+       fileOption("-flist", list),
        3,
-       {"good0.html is followed by a zero byte"},
-       fileOption("-flist", std::string("@/good0.html\0@/good1.html\0", 26))},
-      {"SpiderPageWithoutTabs",
-       [](const fs::path& in) {
-         writeFile(in.parent_path() / "spider/page.html", "http\thost\nwords");
-       },
-       4,
-       {},
-       [](const fs::path& in) -> Arguments {
-         return {"-spider", (in.parent_path() / "spider").string()};
-       }},
-      {"ListOptionWithoutValue", nullptr, 3, {}, options({"-flist"})},
-      {"StemOptionWithoutValue", nullptr, 3, {}, options({"-stem"})},
-      {"NumberOptionWithoutValue", nullptr, 3, {}, options({"-nss"})},
-      {"LogOptionWithoutValue", nullptr, 3, {}, options({"-log"})},
+       {"good0.html is followed by a zero byte"}},
+      {"SpiderPageWithoutTabs", spiderPageWithoutTabs, 4},
+      {"ListOptionWithoutValue", option("-flist"), 3},
+      {"StemOptionWithoutValue", option("-stem"), 3},
+      {"NumberOptionWithoutValue", option("-nss"), 3},
+      {"LogOptionWithoutValue", option("-log"), 3},
   };
 }
 
@@ -157,13 +161,8 @@ TEST_P(BadInput, IsToldAndLeavesTheOthersIndexed) {
   }
   fs::create_directories(folder / "out");
   const std::string root = folder / "out/a root";
-  Arguments arguments{"-R", root, "-html", "-fsum", in.string()};
-  if (trouble.make) trouble.make(in);
-  if (trouble.options) {
-    for (const std::string& argument : trouble.options(in)) arguments.push_back(argument);
-  }
-
-  const ProgramRun result = run(folder, "vandrelleIndex", arguments);
+  const Arguments arguments{"-R", root, "-html", "-fsum", in.string()};
+  const ProgramRun result = run(folder, "vandrelleIndex", arguments + trouble.make(in));
   EXPECT_EQ(result.status, 0) << result.errors;
   EXPECT_EQ(result.signal, 0);
   const std::string log = fileBytes(root + ".log");

@@ -47,35 +47,31 @@ class HeaderParserTest : public DocumentFixture {
 TEST_F(HeaderParserTest, Html) {
   DiHtmlHeaderParser parser(1);
   const std::string longTitle(300, 't');
-  check(parser,
-        {
-            {"no title", "<html><body>text", 0, {{"title", "(null)"}}},
-            {"title alone",
-             "<TITLE> \n A page</TITLE>rest\n",
-             24,
-             {{"Title", "A page"}, {"author", "(null)"}}},
-            {"head before title", "<title>a</title></HEAD>more", 23, {{"title", "a"}}},
-            {"body first", "<title>a</title></head>\n<body>more", 30, {{"title", "a"}}},
-            {"body with attributes is no mark", "<title>a</title></head><body x=1>", 23},
-            {"two lines behind the title",
-             "<title>a</title>\n1\n</head>\n<body>",
-             26,
-             {{"title", "a"}}},
-            {"not the third", "<title>a</title>\n1\n2\n<body>", 16, {{"title", "a"}}},
-            {"no end in reach", "<title>a\nb\nc\nd</title>", 13, {{"title", "a\nb\nc\n"}}},
-            {"ends by body", "<title>a<b>c<BODY>", 18, {{"title", "a<b>c"}}},
-            {"tag across pieces is not seen", std::string(252, ' ') + "<title>a</title>", 0},
-            {"long title", "<title>" + longTitle, 307, {{"title", longTitle.substr(0, 255)}}},
-            {"empty title", "<title></title>", 15, {{"title", ""}}},
-            {"just small enough",
-             std::string(32760 - 16, '\n') + "<title>a</title>\n1\n2\n",
-             32760,
-             {{"title", "a"}}},
-            {"too large: all is header",
-             std::string(32768 - 16, '\n') + "<title>a</title>\n1\n2\n",
-             -1,
-             {{"title", "a"}}},
-        });
+  check(
+      parser,
+      {{"no title", "<html><body>text", 0, {{"title", "(null)"}}},
+       {"title alone",
+        "<TITLE> \n A page</TITLE>rest\n",
+        24,
+        {{"Title", "A page"}, {"author", "(null)"}}},
+       {"head before title", "<title>a</title></HEAD>more", 23, {{"title", "a"}}},
+       {"body first", "<title>a</title></head>\n<body>more", 30, {{"title", "a"}}},
+       {"body with attributes is no mark", "<title>a</title></head><body x=1>", 23},
+       {"two lines behind the title", "<title>a</title>\n1\n</head>\n<body>", 26, {{"title", "a"}}},
+       {"not the third", "<title>a</title>\n1\n2\n<body>", 16, {{"title", "a"}}},
+       {"no end in reach", "<title>a\nb\nc\nd</title>", 13, {{"title", "a\nb\nc\n"}}},
+       {"ends by body", "<title>a<b>c<BODY>", 18, {{"title", "a<b>c"}}},
+       {"tag across pieces is not seen", std::string(252, ' ') + "<title>a</title>", 0},
+       {"long title", "<title>" + longTitle, 307, {{"title", longTitle.substr(0, 255)}}},
+       {"empty title", "<title></title>", 15, {{"title", ""}}},
+       {"just small enough",
+        std::string(32760 - 16, '\n') + "<title>a</title>\n1\n2\n",
+        32760,
+        {{"title", "a"}}},
+       {"too large: all is header",
+        std::string(32768 - 16, '\n') + "<title>a</title>\n1\n2\n",
+        -1,
+        {{"title", "a"}}}});
 }
 
 TEST_F(HeaderParserTest, HtmlTitleFarIntoALargeHeader) {
@@ -105,17 +101,15 @@ TEST_F(HeaderParserTest, Nntp) {
   DiNntpHeaderParser parser(lexer.get(), 1);
   const std::string article = "From: me\nSUBJECT: The news\nLines: 2\n\nText.\n";
   check(parser,
-        {
-            {"article",
-             article,
-             37,
-             {{"title", "The news"}, {"subject:", "The news"}, {"from", "me"}, {"date", "(null)"}},
-             kSized},
-            {"headers to the end of the file", "From: me\nSubject: x\n", -1},
-            {"headers to the end of the last article", "From: me\nSubject: x\n", -1, {}, kSized},
-            {"headers to the end of an article", "From: me\nSubject: x\nmore", 0, {}, 20},
-            {"value of nothing", "Subject:\n\n", 10, {{"subject", ""}}},
-        });
+        {{"article",
+          article,
+          37,
+          {{"title", "The news"}, {"subject:", "The news"}, {"from", "me"}, {"date", "(null)"}},
+          kSized},
+         {"headers to the end of the file", "From: me\nSubject: x\n", -1},
+         {"headers to the end of the last article", "From: me\nSubject: x\n", -1, {}, kSized},
+         {"headers to the end of an article", "From: me\nSubject: x\nmore", 0, {}, 20},
+         {"value of nothing", "Subject:\n\n", 10, {{"subject", ""}}}});
   DiNntpHeaderParser lexerless(nullptr, 1);
   check(lexerless, {{"without a lexer", article, 0, {{"title", "(null)"}}}});
 }
@@ -123,96 +117,84 @@ TEST_F(HeaderParserTest, Nntp) {
 TEST_F(HeaderParserTest, Clari) {
   const std::unique_ptr<TkLexer> lexer(TkManager::SimpleTextLexer());
   DiClariHeaderParser parser(lexer.get(), 1);
-  check(parser, {
-                    {"text", "Subject: x\n\n  \nSome text", 12, {{"title", "x"}}},
-                    {"picture", "Subject: x\n\n\n A GIF file\n", -1},
-                    {"nothing", "Subject: x\n\n#! rnews 10\n", -1},
-                    {"picture in the second line", "Subject: x\n\nText\nGIF\n", 12},
-                });
+  check(parser, {{"text", "Subject: x\n\n  \nSome text", 12, {{"title", "x"}}},
+                 {"picture", "Subject: x\n\n\n A GIF file\n", -1},
+                 {"nothing", "Subject: x\n\n#! rnews 10\n", -1},
+                 {"picture in the second line", "Subject: x\n\nText\nGIF\n", 12}});
 }
 
 TEST_F(HeaderParserTest, MedLine) {
   DiMedLineHeaderParser parser(1);
   const std::string record =
       "UI: 9\nAU: First A\nau: Second B\nTI: A long\n  title\nMH: k\nAB: Text\n::EI\n";
-  check(parser, {
-                    {"record",
-                     record,
-                     60,
-                     {{"author", "First A, Second B"},
-                      {"title", "A long title"},
-                      {"keys", "k"},
-                      {"universal id", "9"},
-                      {"language", "(null)"},
-                      {"abstract", "(null)"}},
-                     kSized},
-                    {"no end told", record, -1},
-                    {"no abstract", "TI: a\n::EI\nAB: x\n", -1, {}, kSized},
-                    {"abstract behind the end", "TI: a\nAB: x\n", -1, {}, 6},
-                    {"no mark at all", "TI: a\n", -1, {}, kSized},
-                });
+  check(parser, {{"record",
+                  record,
+                  60,
+                  {{"author", "First A, Second B"},
+                   {"title", "A long title"},
+                   {"keys", "k"},
+                   {"universal id", "9"},
+                   {"language", "(null)"},
+                   {"abstract", "(null)"}},
+                  kSized},
+                 {"no end told", record, -1},
+                 {"no abstract", "TI: a\n::EI\nAB: x\n", -1, {}, kSized},
+                 {"abstract behind the end", "TI: a\nAB: x\n", -1, {}, 6},
+                 {"no mark at all", "TI: a\n", -1, {}, kSized}});
 }
 
 TEST_F(HeaderParserTest, EI) {
   DiEIHeaderParser parser(1);
-  check(parser, {
-                    {"record",
-                     "AU One\nAU Two\nTI Long\n title\nAB Text\n",
-                     32,
-                     {{"author", "One, Two"}, {"title", "Long title"}, {"keys", "(null)"}},
-                     kSized},
-                    {"no abstract", "TI a\nMH b\nAB c\n", -1, {}, kSized},
-                    {"no end told", "AB Text\n", -1},
-                });
+  check(parser, {{"record",
+                  "AU One\nAU Two\nTI Long\n title\nAB Text\n",
+                  32,
+                  {{"author", "One, Two"}, {"title", "Long title"}, {"keys", "(null)"}},
+                  kSized},
+                 {"no abstract", "TI a\nMH b\nAB c\n", -1, {}, kSized},
+                 {"no end told", "AB Text\n", -1}});
 }
 
 TEST_F(HeaderParserTest, Times) {
   DiTimesHeaderParser parser(1);
   check(parser,
-        {
-            {"document",
-             "..HD:\nOne\nTwo\n..DT:\n..X\n..LD:\nLead\n",
-             30,
-             {{"title", "One/Two"}, {"author", "(null)"}}},
-            {"a field between head lines",
-             "..HD:\nOne\n.a\nTwo\n.b\n.c\n..LD:\nLead\n",
-             29,
-             {{"title", "One/Two"}}},
-            {"no head lines", "..HD:\n..LD:\nLead\n", 12, {{"title", ""}}},
-            {"head lines without an end", "..HD:\nOne\n..LD:\nLead\n", 16, {{"title", "(null)"}}},
-            {"no lead paragraph", "..HD:\nOne\n..LD:\n..TE:\n", -1},
-        });
+        {{"document",
+          "..HD:\nOne\nTwo\n..DT:\n..X\n..LD:\nLead\n",
+          30,
+          {{"title", "One/Two"}, {"author", "(null)"}}},
+         {"a field between head lines",
+          "..HD:\nOne\n.a\nTwo\n.b\n.c\n..LD:\nLead\n",
+          29,
+          {{"title", "One/Two"}}},
+         {"no head lines", "..HD:\n..LD:\nLead\n", 12, {{"title", ""}}},
+         {"head lines without an end", "..HD:\nOne\n..LD:\nLead\n", 16, {{"title", "(null)"}}},
+         {"no lead paragraph", "..HD:\nOne\n..LD:\n..TE:\n", -1}});
 }
 
 TEST_F(HeaderParserTest, EMSAndIDG) {
   DiEMSHeaderParser ems(1);
-  check(ems, {
-                 {"notice", "<A>Sale\nBy Me\nBody", 8, {{"title", "Sale"}}},
-                 {"line feeds",
-                  "one\n \n \n \n \n \n \n <B>Head</B>\n By Me\n Second\nBody",
-                  44,
-                  {{"title", "Head/Second"}, {"author", "Me"}, {"date", "(null)"}}},
-                 {"returns",
-                  "1\r2\r3\r4\r5\rHead\rBy Me\r\r\rBody",
-                  23,
-                  {{"title", "Head"}, {"author", "Me"}}},
-                 {"notice behind a return", "\rA\nBody", 3, {{"title", "A"}}},
-                 {"empty", "", 0, {{"title", "(null)"}}},
-             });
+  check(ems, {{"notice", "<A>Sale\nBy Me\nBody", 8, {{"title", "Sale"}}},
+              {"line feeds",
+               "one\n \n \n \n \n \n \n <B>Head</B>\n By Me\n Second\nBody",
+               44,
+               {{"title", "Head/Second"}, {"author", "Me"}, {"date", "(null)"}}},
+              {"returns",
+               "1\r2\r3\r4\r5\rHead\rBy Me\r\r\rBody",
+               23,
+               {{"title", "Head"}, {"author", "Me"}}},
+              {"notice behind a return", "\rA\nBody", 3, {{"title", "A"}}},
+              {"empty", "", 0, {{"title", "(null)"}}}});
   DiIDGHeaderParser idg(1);
-  check(idg, {
-                 {"notice", "<A>Sale\nBody", 8, {{"title", "Advertisement"}}},
-                 {"line feeds",
-                  "one\n \n \n \n \n \n \n <B>Head</B>\n\n Second\nBody",
-                  38,
-                  {{"title", "Head/ Second"}}},
-                 {"cut",
-                  "one\n\n\n\n\n\n\n " + std::string(200, 'h') + "\nBody",
-                  212,
-                  {{"title", std::string(127, 'h')}}},
-                 {"too few lines", "one\n two\nBody", 9, {{"title", "(null)"}}},
-                 {"end of file in the header", "one\n two", -1},
-             });
+  check(idg, {{"notice", "<A>Sale\nBody", 8, {{"title", "Advertisement"}}},
+              {"line feeds",
+               "one\n \n \n \n \n \n \n <B>Head</B>\n\n Second\nBody",
+               38,
+               {{"title", "Head/ Second"}}},
+              {"cut",
+               "one\n\n\n\n\n\n\n " + std::string(200, 'h') + "\nBody",
+               212,
+               {{"title", std::string(127, 'h')}}},
+              {"too few lines", "one\n two\nBody", 9, {{"title", "(null)"}}},
+              {"end of file in the header", "one\n two", -1}});
 }
 
 TEST_F(HeaderParserTest, RunTime) {
@@ -221,11 +203,9 @@ TEST_F(HeaderParserTest, RunTime) {
   const std::string page = "xx\nName= The title\nrest";
   check(parser, {{"no definition", page, 0, {{"title", "(null)"}}}});
   write("root.cus", "----\nName=\n");
-  check(parser, {
-                    {"title", page, 0, {{"title", " The title"}, {"url", "(null)"}}},
-                    {"no newline behind it", "Name=x", 0, {{"title", "x"}}},
-                    {"no marker", "Name:", 0, {{"title", "(null)"}}},
-                });
+  check(parser, {{"title", page, 0, {{"title", " The title"}, {"url", "(null)"}}},
+                 {"no newline behind it", "Name=x", 0, {{"title", "x"}}},
+                 {"no marker", "Name:", 0, {{"title", "(null)"}}}});
   EXPECT_EQ(parser.headerPolicy(), 0);
 }
 
@@ -234,19 +214,11 @@ TEST_F(HeaderParserTest, WebCrawlerWritesItsTables) {
   const std::string first = "http\thost\t80\t/a\n<title>One\nmore <b></title></head>x\n";
   {
     DiWebCrawlerHeaderParser parser(root.c_str(), 1);
-    check(parser, {
-                      {"article",
-                       first,
-                       50,
-                       {{"url", "http://host:80/a"}, {"title", "One\nmore <b>"}},
-                       kSized},
-                      {"too few tabs",
-                       "http\thost\t/b\n<title>Two</title>\n",
-                       -1,
-                       {{"url", "(null)"}},
-                       kSized},
-                      {"no title", "ftp\th\t21\t/c\ntext\n", 0, {{"url", "ftp://h:21/c"}}, kSized},
-                  });
+    check(
+        parser,
+        {{"article", first, 50, {{"url", "http://host:80/a"}, {"title", "One\nmore <b>"}}, kSized},
+         {"too few tabs", "http\thost\t/b\n<title>Two</title>\n", -1, {{"url", "(null)"}}, kSized},
+         {"no title", "ftp\th\t21\t/c\ntext\n", 0, {{"url", "ftp://h:21/c"}}, kSized}});
   }
   DiWebCrawlerHeaderParser reader(root.c_str(), 1);
   EXPECT_EQ(reader.numDocs(), 2);

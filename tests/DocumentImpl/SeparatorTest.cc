@@ -1,4 +1,3 @@
-#include <functional>
 #include <vector>
 
 #include "Document/DocumentFixture.h"
@@ -12,18 +11,11 @@
 namespace vandrelle {
 namespace {
 
+using namespace std::string_literals;
 using Texts = std::vector<std::string>;
-using Maker = std::function<std::unique_ptr<DiSeparator>()>;
 
 // Between the articles of a list: a delimiter that made none.
 const std::string kNone = "(none)";
-const std::string kDashes(70, '-');
-const std::string kBoundary = "*** BRS DOCUMENT BOUNDARY ***\n";
-
-template <typename Separator, typename... Arguments>
-Maker make(Arguments... arguments) {
-  return [arguments...] { return std::make_unique<Separator>(arguments...); };
-}
 
 class SeparatorTest : public DocumentFixture {
  protected:
@@ -55,112 +47,85 @@ class SeparatorTest : public DocumentFixture {
 
   struct Case {
     const char* what;
-    Maker make;
     std::string text;
     Texts articles;
   };
-  void check(const std::vector<Case>& cases) {
+  void check(DiSeparator&& separator, const std::vector<Case>& cases) {
     for (const Case& test : cases) {
       SCOPED_TRACE(test.what);
-      EXPECT_EQ(cut(*test.make(), test.text), test.articles);
+      EXPECT_EQ(cut(separator, test.text), test.articles);
     }
   }
 };
 
 TEST_F(SeparatorTest, Delimiters) {
-  const Maker doc = make<DiDelimSeparator>("<DOC>");
   const std::string longLine(255, 'x');
+  const std::string dashes(70, '-');
+  const std::string fewer = "a\n" + dashes.substr(1) + "\n";
+  check(DiDelimSeparator("<DOC>"),
+        {{"no delimiter", "one\ntwo", {"one\ntwo"}},
+         {"one first and none after", "<DOC>\none\n", {kNone, "one\n"}},
+         {"two in a row", "a\n<DOC>\n<DOC>\nb", {"a\n", kNone, "b"}},
+         {"behind blank lines", "\n \n<DOC>\na\n\n<DOC>\n", {kNone, "a\n\n"}},
+         {"blank lines belong to the article", "\n\na\n<DOC>\nb", {"\n\na\n", "b"}},
+         {"only delimiters", "<DOC>\n<DOC>\n<DOC>", {kNone, kNone, kNone}},
+         {"only blanks", " \n\n", {" \n\n"}},
+         {"more text behind it", "a\n<DOC>1\nb", {"a\n", "b"}},
+         {"not in mid-line", "a <DOC>\nb", {"a <DOC>\nb"}},
+         {"at the second piece of a line", longLine + "<DOC>b\nc", {longLine, "c"}},
+         {"rest of a long delimiter line", "<DOC>" + longLine + "\nb", {kNone, "xxxxx\nb"}},
+         {"zero bytes", "a\0b\n<DOC>\n\0"s, {"a\0b\n"s, "\0"s}}});
+  check(DiDelimSeparator('=', 3), {{"characters", "a\n====\nb", {"a\n", "b"}}});
+  check(DiNntpSeparator(), {{"Usenet", fewer + dashes + "--\nb\n", {fewer, "b\n"}}});
   write("root.cus", "%%\nName=\n");
   write("empty.cus", "\nName=\n");
-  const auto runTime = [&](const char* root) -> Maker {
-    return [root = path(root)] { return std::make_unique<DiRunTimeSeparator>(root.c_str()); };
-  };
-  check({
-      {"no delimiter", doc, "one\ntwo", {"one\ntwo"}},
-      {"one first and none after", doc, "<DOC>\none\n", {kNone, "one\n"}},
-      {"two in a row", doc, "a\n<DOC>\n<DOC>\nb", {"a\n", kNone, "b"}},
-      {"behind blank lines", doc, "\n \n<DOC>\na\n\n<DOC>\n", {kNone, "a\n\n"}},
-      {"blank lines belong to the article", doc, "\n\na\n<DOC>\nb", {"\n\na\n", "b"}},
-      {"only delimiters", doc, "<DOC>\n<DOC>\n<DOC>", {kNone, kNone, kNone}},
-      {"only blanks", doc, " \n\n", {" \n\n"}},
-      {"more text behind it", doc, "a\n<DOC>1\nb", {"a\n", "b"}},
-      {"not in mid-line", doc, "a <DOC>\nb", {"a <DOC>\nb"}},
-      {"at the second piece of a line", doc, longLine + "<DOC>b\nc", {longLine, "c"}},
-      {"rest of a long delimiter line", doc, "<DOC>" + longLine + "\nb", {kNone, "xxxxx\nb"}},
-      {"zero bytes",
-       doc,
-       std::string("a\0b\n<DOC>\n\0", 11),
-       {std::string("a\0b\n", 4), std::string("\0", 1)}},
-      {"characters", make<DiDelimSeparator>('=', 3), "a\n====\nb", {"a\n", "b"}},
-      {"Usenet",
-       make<DiNntpSeparator>(),
-       "a\n" + kDashes.substr(1) + "\n" + kDashes + "--\nb\n",
-       {"a\n" + kDashes.substr(1) + "\n", "b\n"}},
-      {"run time", runTime("root"), "a\n%%\nb", {"a\n", "b"}},
-      {"no definition", runTime("absent"), "a\n\n%%\nb", {"a\n\n%%\nb"}},
-      {"empty definition", runTime("empty"), "a\n\n%%\nb", {"a\n\n%%\nb"}},
-  });
+  check(DiRunTimeSeparator(path("root").c_str()), {{"run time", "a\n%%\nb", {"a\n", "b"}}});
+  for (const char* root : {"absent", "empty"}) {
+    check(DiRunTimeSeparator(path(root).c_str()), {{root, "a\n\n%%\nb", {"a\n\n%%\nb"}}});
+  }
 }
 
 TEST_F(SeparatorTest, Records) {
-  const Maker medline = make<DiMedLineSeparator>();
-  const Maker ei = make<DiEISeparator>();
-  check({
-      {"MEDLINE", medline, "A\n::EI\nbetween\n::BRXXXXXX\nB\n::EI\n", {"A\n", "B\n"}},
-      {"mark must be the whole line",
-       medline,
-       "A\n::EI\n::BRXXXXXX \n::BRXXXXX\n::BRXXXXXX\nB",
-       {"A\n", "B"}},
-      {"last record without an end", medline, "A\n::EI\n::BRXXXXXX\nB\n", {"A\n", "B\n"}},
-      {"empty record", medline, "::EI\n::BRXXXXXX\nB\n::EI", {"", "B\n"}},
-      {"EI",
-       ei,
-       "TI a\nAB b\n  c\n d\nMH e\n* f\nTI g\nAB h\n*\nAB i",
-       {"TI a\nAB b\n  c\n d\n", "TI g\nAB h\n", "AB i"}},
-      {"no abstract takes the next record",
-       ei,
-       "TI a\n*\nTI b\nAB c\n*\n",
-       {"TI a\n*\nTI b\nAB c\n"}},
-      {"no abstract at all", ei, "TI a\n*\nTI b\n", {"TI a\n*\nTI b\n"}},
-      {"abstract to the end of the file", ei, "AB a\n b", {"AB a\n b"}},
-  });
+  const std::string begin = "::BRXXXXXX\n";
+  check(DiMedLineSeparator(),
+        {{"records", "A\n::EI\nbetween\n" + begin + "B\n::EI\n", {"A\n", "B\n"}},
+         {"the whole line", "A\n::EI\n::BRXXXXXX \n::BRXXXXX\n" + begin + "B", {"A\n", "B"}},
+         {"last record without an end", "A\n::EI\n" + begin + "B\n", {"A\n", "B\n"}},
+         {"empty record", "::EI\n" + begin + "B\n::EI", {"", "B\n"}}});
+  const std::string first = "TI a\nAB b\n  c\n d\n", second = "TI g\nAB h\n";
+  const std::string joined = "TI a\n*\nTI b\n";
+  check(DiEISeparator(),
+        {{"records", first + "MH e\n* f\n" + second + "*\nAB i", {first, second, "AB i"}},
+         {"no abstract takes the next record", joined + "AB c\n*\n", {joined + "AB c\n"}},
+         {"no abstract at all", joined, {joined}},
+         {"abstract to the end of the file", "AB a\n b", {"AB a\n b"}}});
 }
 
 TEST_F(SeparatorTest, ClariNet) {
-  const Maker clari = make<DiClariSeparator>();
-  const Maker location = make<DiClariSeparator>(1);
   const std::string notice = "This, and all articles of today\n";
-  check({
-      {"batch", clari, "#! rnews 5\nA\n#! rnews 9\nB\n", {kNone, "A\n", "B\n"}},
-      {"blank lines make an article", clari, "\n#! rnews 5\nA", {"\n", "A"}},
-      {"trailer",
-       clari,
-       "A\n--\n" + notice + "B\n#! rnews\nC\n--x\n" + notice,
-       {"A\n--\n", "C\n--x\n"}},
-      {"notice without dashes", clari, "--\nA\n" + notice, {"--\nA\n" + notice}},
-      {"only the first notice counts", clari, "--\n" + notice + "--\n" + notice, {"--\n"}},
-      {"location",
-       location,
-       "HARBOUR (UP) - text\nA\n#! rnews\nNone (here)\nB\n#! rnews\n-(\n",
-       {"HARBOUR ", "", ""}},
-  });
+  const std::string bare = "--\nA\n" + notice;
+  check(
+      DiClariSeparator(),
+      {{"batch", "#! rnews 5\nA\n#! rnews 9\nB\n", {kNone, "A\n", "B\n"}},
+       {"blank lines make an article", "\n#! rnews 5\nA", {"\n", "A"}},
+       {"trailer", "A\n--\n" + notice + "B\n#! rnews\nC\n--x\n" + notice, {"A\n--\n", "C\n--x\n"}},
+       {"notice without dashes", bare, {bare}},
+       {"only the first notice counts", "--\n" + notice + "--\n" + notice, {"--\n"}}});
+  const char* located = "HARBOUR (UP) - text\nA\n#! rnews\nNone (here)\nB\n#! rnews\n-(\n";
+  check(DiClariSeparator(1), {{"location", located, {"HARBOUR ", "", ""}}});
 }
 
 TEST_F(SeparatorTest, Times) {
-  const Maker times = make<DiTimesSeparator>();
-  check({
-      {"documents",
-       times,
-       kBoundary + "..LD:\na\n..TE: b\n..F7:\nc\n" + kBoundary + "..TE:\n.\n",
-       {kNone, "..LD:\na\n..TE: b\n", "..TE:\n"}},
-      {"disarmed by text",
-       times,
-       "..TE: a\nb\n.c\n..TE:\n.d\n" + kBoundary,
-       {"..TE: a\nb\n.c\n..TE:\n"}},
-      {"two text fields", times, "..TE: a\n..TE: b\nc\n", {"..TE: a\n"}},
-      {"no end of text", times, "a\n" + kBoundary + "b\n", {"a\n" + kBoundary + "b\n"}},
-      {"and no last newline", times, "a\nb\nc", {"a\nb\n"}},
-  });
+  const std::string boundary = "*** BRS DOCUMENT BOUNDARY ***\n";
+  const std::string one = "..LD:\na\n..TE: b\n", disarmed = "..TE: a\nb\n.c\n..TE:\n";
+  const std::string endless = "a\n" + boundary + "b\n";
+  check(DiTimesSeparator(), {{"documents",
+                              boundary + one + "..F7:\nc\n" + boundary + "..TE:\n.\n",
+                              {kNone, one, "..TE:\n"}},
+                             {"disarmed by text", disarmed + ".d\n" + boundary, {disarmed}},
+                             {"two text fields", "..TE: a\n..TE: b\nc\n", {"..TE: a\n"}},
+                             {"no end of text", endless, {endless}},
+                             {"and no last newline", "a\nb\nc", {"a\nb\n"}}});
 }
 
 // Words of 5 letters; `paragraphs` by the number of their words.

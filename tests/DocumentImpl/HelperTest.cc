@@ -2,16 +2,15 @@
 
 #include <iterator>
 
-#include "Document/DocumentFixture.h"
+#include "Document/IntakeFixture.h"
 #include "DocumentImpl/DiHelperDistributor.h"
 #include "DocumentImpl/DiRenameFileHandler.h"
 #include "DocumentImpl/DiZipFileHandler.h"
-#include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
 namespace {
 
-class HelperTest : public DocumentFixture {};
+class HelperTest : public IntakeTest {};
 
 TEST_F(HelperTest, TypesShareHelpersByNumber) {
   DiHelperDistributor distributor("root");
@@ -44,11 +43,6 @@ TEST_F(HelperTest, RenamesOnlyWhatWasRead) {
 }
 
 TEST_F(HelperTest, CompressedFiles) {
-  struct Log : VandrelleLog {
-    void log(int type, int, const char* msg) override { text += std::to_string(type) + msg; }
-    std::string text;
-  } log;
-  VandrelleLog::Logger(&log);
   const auto compressed = [&](const char* name, const std::string& text) {
     EXPECT_EQ(std::system(("gzip -nf \"" + write(name, text) + "\"").c_str()), 0);
     return path(name) + ".gz";
@@ -75,19 +69,18 @@ TEST_F(HelperTest, CompressedFiles) {
   EXPECT_EQ(bytesOf(first), "rst");
   handler.Close(first);
   handler.Close(second);
-  EXPECT_EQ(log.text, "");
+  EXPECT_TRUE(log_.lines().empty());
 
   for (const std::string& file : {write("no.gz", "not compressed"), path("absent.gz")}) {
-    log.text.clear();
     std::ifstream* stream = handler.Open(file.c_str());
     ASSERT_NE(stream, nullptr);
     EXPECT_EQ(bytesOf(stream), "");
     handler.Close(stream);
-    EXPECT_EQ(log.text, "0status 1 from the decompression of " + file);
+    EXPECT_TRUE(logged("0:status 1 from the decompression of " + file));
   }
   EXPECT_EQ(temporaries(), 0);
 
-  if (std::filesystem::exists("/usr/local/bin/gunzip")) return VandrelleLog::Logger(nullptr);
+  if (std::filesystem::exists("/usr/local/bin/gunzip")) return;
   // Without any decompressor the child ends, and does not run on as a second self.
   const std::string searched = getenv("PATH");
   setenv("PATH", "/nonexistent", 1);
@@ -95,8 +88,7 @@ TEST_F(HelperTest, CompressedFiles) {
   setenv("PATH", searched.c_str(), 1);
   EXPECT_EQ(bytesOf(stream), "");
   handler.Close(stream);
-  EXPECT_NE(log.text.find("status 127 from the decompression of "), std::string::npos);
-  VandrelleLog::Logger(nullptr);
+  EXPECT_TRUE(logged("0:status 127 from the decompression of " + path("two.gz")));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Files of a test, for every folder: a directory that goes with the test, and
-// whole-file reads and writes.
+// Files of a test, for every folder: a directory that goes with the test,
+// whole-file reads and writes, and what disks do to bytes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 
 namespace vandrelle {
@@ -43,6 +44,20 @@ inline void writeFile(const std::string& path, const std::string& bytes) {
   std::filesystem::create_directories(std::filesystem::path(path).parent_path());
   std::filesystem::remove(path);  // replacing a file's content may wait for the device
   std::ofstream(path, std::ios::binary) << bytes;
+}
+
+// `sound` with the bits of `bits` turned in the byte at `place`.
+inline std::string flipped(std::string sound, std::size_t place, int bits) {
+  sound[place] = static_cast<char>(sound[place] ^ bits);
+  return sound;
+}
+
+// The same bytes whenever as many are asked for.
+inline std::string noise(std::size_t bytes) {
+  std::mt19937 random(11);
+  std::string all(bytes, '\0');
+  for (char& one : all) one = static_cast<char>(random());
+  return all;
 }
 
 }  // namespace vandrelle

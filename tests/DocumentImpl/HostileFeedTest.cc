@@ -3,7 +3,6 @@
 // read. The good copies are to come out as if nothing stood between them.
 #include <algorithm>
 #include <filesystem>
-#include <random>
 
 #include "Document/DcDocumentManager.h"
 #include "Document/DcFieldBag.h"
@@ -48,17 +47,10 @@ class HostileFeed : public IntakeTest, public testing::WithParamInterface<int> {
     const std::size_t step = std::max<std::size_t>(good_.size() / places, 1);
     for (std::size_t at = 0; at < good_.size(); at += step) {
       add(good_.substr(0, at));
-      for (const char bits : {'\x80', '\x0f'}) {
-        std::string flipped = good_;
-        flipped[at] = static_cast<char>(flipped[at] ^ bits);
-        add(flipped);
-      }
+      for (const int bits : {0x80, 0x0f}) add(flipped(good_, at, bits));
     }
-    std::mt19937 generator(1);
-    std::string noise(kRandomBytes, '\0');
-    for (char& byte : noise) byte = static_cast<char>(generator());
-    add(noise);
-    add(good_ + noise);
+    add(noise(kRandomBytes));
+    add(good_ + noise(kRandomBytes));
     add(std::string(kLineBytes, 'x'));
     add(good_ + std::string(kLineBytes, ' '));
   }

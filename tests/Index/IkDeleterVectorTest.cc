@@ -4,7 +4,6 @@
 
 #include <climits>
 #include <memory>
-#include <random>
 
 #include "IkTestTools.h"
 
@@ -81,12 +80,9 @@ TEST_F(IkDeleterVectorTest, DamagedFiles) {
   for (std::size_t size = 0; size < sound.size(); ++size) files.push_back(sound.substr(0, size));
   const std::size_t cut = files.size();
   for (std::size_t bit = 0; bit < 8 * sound.size(); ++bit) {
-    files.push_back(sound);
-    files.back()[bit / 8] = static_cast<char>(files.back()[bit / 8] ^ 1 << bit % 8);
+    files.push_back(flipped(sound, bit / 8, 1 << bit % 8));
   }
-  std::mt19937 random(3);
-  files.emplace_back(1 << 20, '\0');
-  for (char& byte : files.back()) byte = static_cast<char>(random());
+  files.push_back(noise(1 << 20));
   for (std::size_t i = 0; i < files.size(); ++i) {
     writeBytes(root_ + ".xk", files[i]);
     for (int readOnly : {0, 1}) {

@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <random>
 
 #include "Fun/Fd.h"
 #include "IkMergeText.h"
@@ -156,9 +155,6 @@ TEST_F(IkExtenderTest, DamagedExtensions) {
   };
   addTwice(root_, open);
   writeInfo(root_, 8);
-  std::mt19937 random(5);
-  std::string noise(1 << 16, '\0');
-  for (char& byte : noise) byte = static_cast<char>(random());
   const auto used = [&] {
     std::unique_ptr<IkDataExtender> extender;
     return thrownBy([&] {
@@ -184,12 +180,10 @@ TEST_F(IkExtenderTest, DamagedExtensions) {
       EXPECT_TRUE(used() != "" || size + 4 > sound.size()) << suffix << ' ' << size;
     }
     for (std::size_t i = 0; i < sound.size(); ++i) {
-      std::string damaged = sound;
-      damaged[i] = static_cast<char>(~damaged[i]);
-      writeBytes(root_ + suffix, damaged);
+      writeBytes(root_ + suffix, flipped(sound, i, 0xFF));
       used();
     }
-    writeBytes(root_ + suffix, noise);
+    writeBytes(root_ + suffix, noise(1 << 16));
     used();
     writeBytes(root_ + suffix, sound);
   }

@@ -223,9 +223,7 @@ TEST(KdStop, DamagedFilesAreErrors) {
     }
     for (std::size_t at = 0; at < sound.size(); ++at) {
       for (int flip : {0x01, 0x02, 0x10, 0x80, 0xff}) {
-        std::string damaged = sound;
-        damaged[at] = static_cast<char>(damaged[at] ^ flip);
-        writeFile(root + suffix, damaged);
+        writeFile(root + suffix, flipped(sound, at, flip));
         exercised();
       }
     }

@@ -126,14 +126,10 @@ TEST_F(QlPhraseTest, DamageIsAnError) {
     for (std::size_t at = 0; at < sound.size(); ++at) {
       messages(path, sound.substr(0, at));
       for (const int change : {0x01, 0x80, 0xFF}) {
-        std::string damaged = sound;
-        damaged[at] = static_cast<char>(damaged[at] ^ change);
-        messages(path, damaged);
+        messages(path, flipped(sound, at, change));
       }
     }
-    std::string noise;
-    while (noise.size() < 1000000) noise += static_cast<char>(random_());
-    messages(path, noise);
+    messages(path, noise(1000000));
     EXPECT_EQ(messages(path, sound), "");
     EXPECT_NE(messages(path, ""), "");
     writeBytes(path, sound);

@@ -210,19 +210,13 @@ TEST(StPosMap, DamagedMapsAreErrors) {
     EXPECT_NE(exercised(), "") << length;
   }
   for (std::size_t bit = 0; bit < 8 * sound.size(); ++bit) {
-    std::string damaged = sound;
-    damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
-    writeFile(file, damaged);
+    writeFile(file, flipped(sound, bit / 8, 1 << bit % 8));
     exercised();
   }
   // A million bytes of anything; then with a header that leads into them.
-  std::mt19937 random(9);
-  std::string noise = sound.substr(0, 16);
-  while (noise.size() < 1000000) noise += static_cast<char>(random());
-  for (const std::string& header :
-       {noise.substr(16, 16), std::string("PsMp\0\0\1\0\0\0\1\0\0\1\0\0", 16),
-        std::string("PsMp\xff\xff\xff\xff\0\0\0\1\0\x0f\0\0", 16)}) {
-    writeFile(file, noise.replace(0, 16, header));
+  for (const std::string& header : {noise(16), std::string("PsMp\0\0\1\0\0\0\1\0\0\1\0\0", 16),
+                                    std::string("PsMp\xff\xff\xff\xff\0\0\0\1\0\x0f\0\0", 16)}) {
+    writeFile(file, header + noise(1000000));
     exercised();
   }
 }

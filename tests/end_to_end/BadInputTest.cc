@@ -36,16 +36,6 @@ struct Trouble {
 };
 void PrintTo(const Trouble& trouble, std::ostream* os) { *os << trouble.name; }
 
-std::string random(std::size_t bytes) {
-  std::string text(bytes, '\0');
-  unsigned state = 1;
-  for (char& byte : text) {
-    state = state * 1664525 + 1013904223;
-    byte = static_cast<char>(state >> 24);
-  }
-  return text;
-}
-
 std::string repeated(const std::string& text, int times) {
   std::string all;
   for (int i = 0; i < times; ++i) all += text;
@@ -115,7 +105,7 @@ std::vector<Trouble> troubles() {
        4,
        {"up to its first white space", "can no longer be opened"}},
       {"DeepFolders", deepFolders, 4},
-      {"RandomBytes", page(random(1000000)), 4},
+      {"RandomBytes", page(noise(1000000)), 4},
       {"OneLongLine", page(repeated("some words <b>and</b> ", 100000)), 4},
       {"ZeroBytes", page(repeated(std::string("w\0o\0", 4), 5000)), 4},
       {"ManyMetas", page(repeated("<meta name=description ", 20000)), 4},

@@ -55,18 +55,10 @@ class MergeTest : public ::testing::Test {
     return run(*folder_, "vandrelleMerge", arguments);
   }
 
-  static Files filesOf(const std::string& directory) {
-    Files files;
-    for (const auto& entry : fs::directory_iterator(directory)) {
-      files[entry.path().filename()] = entry.is_regular_file() ? fileBytes(entry.path()) : "";
-    }
-    return files;
-  }
-
   inline static std::unique_ptr<TestDirectory> folder_;
 };
 TEST_F(MergeTest, GivesTheIndexOfASingleRun) {
-  const Files before = filesOf(at("indexes"));
+  const Files before = filesOf(at("indexes/"));
   const std::string root = at("new/merged");
   const Texts sources = {at("indexes/p0"), at("indexes/p1"), at("indexes/p2")};
   // Of a former index and of a run that was cut short nothing stays.
@@ -78,14 +70,14 @@ TEST_F(MergeTest, GivesTheIndexOfASingleRun) {
   EXPECT_EQ(merged.errors, "");
   EXPECT_EQ(merged.status, 0);
   Files files;
-  for (const auto& [name, bytes] : filesOf(at("new"))) files["whole" + name.substr(6)] = bytes;
+  for (const auto& [name, bytes] : filesOf(at("new/"))) files["whole" + name.substr(6)] = bytes;
   for (const auto& [name, bytes] : before) {
     if (name.substr(0, 5) != "whole" || name == "whole.log" || name == "whole.prog") continue;
     EXPECT_EQ(files[name], bytes) << name;
     files.erase(name);
   }
   EXPECT_TRUE(files.empty()) << files.begin()->first;
-  EXPECT_EQ(filesOf(at("indexes")), before);
+  EXPECT_EQ(filesOf(at("indexes/")), before);
   // The case that this is about: a source whose words end before its documents.
   EXPECT_EQ(fs::file_size(at("indexes/p1.norm")), 7u);
   EXPECT_EQ(fs::file_size(at("indexes/p1.lpt")), 8u * 8);
@@ -103,7 +95,7 @@ TEST_F(MergeTest, GivesTheIndexOfASingleRun) {
 // The list of deleted documents, each source's behind those before it.
 TEST_F(MergeTest, DeletionsComeAlong) {
   for (const std::string file : {"p1", "p2"}) {
-    for (const auto& [name, bytes] : filesOf(at("indexes"))) {
+    for (const auto& [name, bytes] : filesOf(at("indexes/"))) {
       if (name.starts_with(file)) writeFile(at("deleted/" + name), bytes);
     }
   }
@@ -129,7 +121,7 @@ TEST_F(MergeTest, RefusalsTouchNothing) {
     fs::copy_file(p1 + suffix, at("indexes/extended") + suffix);
   }
   writeFile(at("indexes/extended.xd"), "");
-  const Files before = filesOf(at("indexes"));
+  const Files before = filesOf(at("indexes/"));
   const struct {
     Texts arguments;
     int status;
@@ -156,7 +148,7 @@ TEST_F(MergeTest, RefusalsTouchNothing) {
     EXPECT_EQ(refused.status, c.status) << c.told;
     EXPECT_NE(refused.errors.find(c.told), std::string::npos) << refused.errors;
     EXPECT_EQ(std::count(refused.errors.begin(), refused.errors.end(), '\n'), 1) << refused.errors;
-    EXPECT_EQ(filesOf(at("indexes")), before) << c.told;
+    EXPECT_EQ(filesOf(at("indexes/")), before) << c.told;
     EXPECT_FALSE(fs::exists(at("x.info")));
   }
   for (const char* file : {"indexes/link.dat", "indexes/extended.xd"}) fs::remove(at(file));
@@ -176,12 +168,8 @@ TEST_F(MergeTest, DamageEndsInOneLine) {
   for (const auto& [suffix, bytes] : sound) {
     for (int part = 0; part < 12; ++part) {
       const std::size_t place = bytes.size() * static_cast<std::size_t>(part / 2) / 6;
-      std::string damaged = bytes;
-      if (part % 2 == 0) {
-        damaged.resize(place);
-      } else {
-        damaged[place] = static_cast<char>(damaged[place] ^ 0xA5);
-      }
+      const std::string damaged =
+          part % 2 == 0 ? bytes.substr(0, place) : flipped(bytes, place, 0xA5);
       writeFile(source + suffix, damaged);
       const std::string what =
           suffix + (part % 2 == 0 ? " cut at " : " changed at ") + std::to_string(place);
@@ -198,7 +186,7 @@ TEST_F(MergeTest, DamageEndsInOneLine) {
       EXPECT_EQ(std::count(merged.errors.begin(), merged.errors.end(), '\n'), 1)
           << what << merged.errors;
       EXPECT_EQ(fileBytes(at("damaged/new.info")), "a former index") << what;
-      for (const auto& [name, ignored] : filesOf(at("damaged"))) {
+      for (const auto& [name, ignored] : filesOf(at("damaged/"))) {
         EXPECT_EQ(name.find(".tmp"), std::string::npos) << what;
       }
     }

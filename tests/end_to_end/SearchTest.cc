@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <nlohmann/json.hpp>
 
 #include "end_to_end/ProgramRun.h"
@@ -17,16 +18,13 @@ using Texts = std::vector<std::string>;
 class SearchTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    folder_ = new TestDirectory;
+    folder_ = std::make_unique<TestDirectory>();
     const std::vector<std::string> options{"-R", root(), "-html", "-fsum",
                                            VANDRELLE_SOURCE_DIR "/examples/site"};
     const ProgramRun built = run(*folder_, "vandrelleIndex", options + kTables);
     ASSERT_EQ(built.output, "");
   }
-  static void TearDownTestSuite() {
-    delete folder_;
-    folder_ = nullptr;
-  }
+  static void TearDownTestSuite() { folder_.reset(); }
 
   static std::string root() { return *folder_ / "index"; }
 
@@ -48,10 +46,8 @@ class SearchTest : public ::testing::Test {
     return rows;
   }
 
-  static TestDirectory* folder_;
+  inline static std::unique_ptr<TestDirectory> folder_;
 };
-
-TestDirectory* SearchTest::folder_ = nullptr;
 
 TEST_F(SearchTest, DocumentedExamplesFindTheirPages) {
   const std::string page = fileBytes(VANDRELLE_SOURCE_DIR "/docs/query-language.md");

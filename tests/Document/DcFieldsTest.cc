@@ -1,7 +1,5 @@
 // The field database: bytes of the slow and the fast form, reading, limits.
 
-#include <string>
-
 #include "Document/DcFieldBag.h"
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcFieldsCreator.h"

@@ -2,7 +2,6 @@
 #include "Document/DcFileListReader.h"
 #include "Document/DcIndexCreator.h"
 #include "IntakeFixture.h"
-#include "Tool/HeapText.h"
 
 namespace vandrelle {
 namespace {

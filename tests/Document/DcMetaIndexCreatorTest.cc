@@ -8,11 +8,9 @@
 #include "Document/DcFieldFinder.h"
 #include "Document/DcUserTypes.h"
 #include "DocumentImpl/DiBasicFileHandler.h"
-#include "DocumentImpl/DiHeaderParser.h"
 #include "DocumentImpl/DiSeparator.h"
 #include "DocumentImpl/HelperStruct.h"
 #include "IntakeFixture.h"
-#include "Tool/HeapText.h"
 
 namespace vandrelle {
 namespace {

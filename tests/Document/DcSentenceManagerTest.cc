@@ -1,7 +1,5 @@
 #include "Document/DcSentenceManager.h"
 
-#include <memory>
-#include <string>
 #include <vector>
 
 #include "Document/DcParagraphManager.h"

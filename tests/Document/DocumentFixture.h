@@ -3,10 +3,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <initializer_list>
 #include <memory>
-#include <string>
 
 #include "Document/DcFileStream.h"
 #include "Document/DcMiniHeaderDocument.h"

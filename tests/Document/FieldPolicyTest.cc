@@ -1,4 +1,3 @@
-#include "Document/DcFieldBag.h"
 #include "Document/DcFieldParser.h"
 #include "DocumentFixture.h"
 #include "Fun/FdBag.h"

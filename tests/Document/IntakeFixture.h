@@ -3,13 +3,10 @@
 #pragma once
 
 #include <algorithm>
-#include <string>
-#include <vector>
 
 #include "Document/DocumentFixture.h"
 #include "TestLog.h"
 #include "ThrownBy.h"
-#include "Tool/ByteOrder.h"
 
 namespace vandrelle {
 

@@ -1,7 +1,6 @@
 #include <map>
 #include <vector>
 
-#include "Document/DcDocumentStream.h"
 #include "Document/DcDocumentUtil.h"
 #include "Document/DcFileHeaderDocument.h"
 #include "Document/DcManagerManager.h"
@@ -10,7 +9,6 @@
 #include "Fun/FdStream.h"
 #include "ThrownBy.h"
 #include "Token.h"
-#include "Token/TkStemmer.h"
 #include "Word.h"
 
 namespace vandrelle {

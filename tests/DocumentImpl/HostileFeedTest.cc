@@ -2,7 +2,6 @@
 // the examples are listed in one run with two good ones, and all that was taken is
 // read. The good copies are to come out as if nothing stood between them.
 #include <algorithm>
-#include <filesystem>
 
 #include "Document/DcDocumentManager.h"
 #include "Document/DcFieldBag.h"
@@ -12,7 +11,6 @@
 #include "Document/IntakeFixture.h"
 #include "Fun/FdStream.h"
 #include "Token/TkStemmer.h"
-#include "Tool/HeapText.h"
 #include "Word.h"
 
 namespace vandrelle {

@@ -1,10 +1,6 @@
 #include "Driver/VymFieldFinder.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <random>
-#include <string>
 
 #include "Document/DcSentenceManager.h"
 #include "Document/DcSimpleDocument.h"

@@ -2,11 +2,8 @@
 
 #include "Fast/FiStemTable.h"
 
-#include <gtest/gtest.h>
-
 #include <map>
 #include <random>
-#include <string>
 #include <vector>
 
 #include "Storage/StorageTestSupport.h"

@@ -1,10 +1,5 @@
 #include "Fun/FdBDBMTable.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
 #include "Fun/FdDBMManager.h"
 #include "Fun/FdWrapper.h"
 #include "SmallDevice.h"

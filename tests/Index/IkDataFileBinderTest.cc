@@ -1,10 +1,6 @@
 #include "Index/IkDataFileBinder.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
-#include <string>
-#include <vector>
 
 #include "IkPairCollector.h"
 #include "IkTestTools.h"

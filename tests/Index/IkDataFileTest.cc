@@ -1,9 +1,6 @@
 #include "Index/IkDataFile.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
-#include <vector>
 
 #include "Document/DcStructureMap.h"
 #include "IkPairCollector.h"

@@ -1,7 +1,5 @@
 #include "Index/IkDataMerger.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <functional>
 #include <sstream>

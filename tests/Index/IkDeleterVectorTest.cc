@@ -1,9 +1,6 @@
 #include "Index/IkDeleterVector.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <memory>
 
 #include "IkTestTools.h"
 

@@ -3,12 +3,8 @@
 
 #include "Index/IkExtender.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <filesystem>
 #include <functional>
-#include <memory>
 
 #include "Fun/Fd.h"
 #include "IkMergeText.h"

@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
 
-#include <cmath>
-#include <string>
 
 #include "IkTestTools.h"
 #include "Index/IkIdfBinder.h"

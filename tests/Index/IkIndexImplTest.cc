@@ -2,14 +2,10 @@
 
 #include "Index/IkIndexImpl.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <cmath>
 #include <cstdio>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "Fun/Fd.h"
 #include "Fun/FdBag.h"

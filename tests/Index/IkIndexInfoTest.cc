@@ -1,9 +1,6 @@
 #include "Index/IkIndexInfo.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
-#include <string>
 
 #include "IkTestTools.h"
 

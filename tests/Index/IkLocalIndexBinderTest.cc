@@ -1,9 +1,5 @@
 #include "Index/IkLocalIndexBinder.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "Fast/FiStemTable.h"
 #include "IkTestTools.h"
 #include "IkTinyIndex.h"

@@ -1,7 +1,5 @@
 #include "Index/IkLocalRetriever.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <random>

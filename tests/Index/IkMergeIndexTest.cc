@@ -1,7 +1,5 @@
 #include "Index/IkMergeIndex.h"
 
-#include <gtest/gtest.h>
-
 #include "IkMergeText.h"
 #include "IkTinyIndex.h"
 #include "Index/IkMergeDeleter.h"

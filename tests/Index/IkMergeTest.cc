@@ -2,8 +2,6 @@
 
 #include "Index/IkMerger.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <bit>
 #include <map>

@@ -1,10 +1,7 @@
 // The rows of a source of the merger as text.
 #pragma once
 
-#include <memory>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "IkTestTools.h"
 #include "Index/IkMergeObject.h"

@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
 
 #include "IkTestTools.h"
 #include "Index/IkDataFile.h"

@@ -1,10 +1,5 @@
 #include "Index/IkRetrieverInput.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
 #include "IkTestTools.h"
 #include "Index/IkRetrieverBooleanMask.h"
 

@@ -1,8 +1,6 @@
 // What the tests of the index share.
 #pragma once
 
-#include <string>
-
 #include "TestFiles.h"
 #include "TestLog.h"
 #include "ThrownBy.h"

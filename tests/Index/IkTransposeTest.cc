@@ -2,13 +2,8 @@
 
 #include "Index/IkTranspose.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <cstdlib>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "IkTestTools.h"
 #include "Index/IkDigestBuilder.h"

@@ -1,7 +1,5 @@
-#include <gtest/gtest.h>
 
 #include <map>
-#include <memory>
 #include <random>
 #include <utility>
 #include <vector>

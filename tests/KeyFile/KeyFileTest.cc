@@ -1,10 +1,7 @@
 #include "KeyFile.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <map>
-#include <memory>
 #include <random>
 #include <set>
 #include <vector>

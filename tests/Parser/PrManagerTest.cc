@@ -6,7 +6,6 @@
 #include <sstream>
 #include <string>
 
-#include "Parser/PrMultiNode.h"
 #include "Parser/PrRangeNode.h"
 #include "Parser/PrSparseNode.h"
 

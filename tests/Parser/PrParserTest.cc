@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <sstream>
-#include <string>
 #include <vector>
 
 #include "Parser/PrArgParser.h"

@@ -2,14 +2,9 @@
 
 #include "Query/QlPhrase.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "Index/IkIndexer.h"
 #include "Index/IkLocalIndexBinder.h"

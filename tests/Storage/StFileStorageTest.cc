@@ -1,6 +1,5 @@
 #include "Storage/StFileStorage.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <cstring>

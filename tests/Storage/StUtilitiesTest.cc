@@ -1,6 +1,4 @@
-#include <gtest/gtest.h>
 
-#include <memory>
 #include <random>
 
 #include "Storage/StArray.h"

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <sstream>
-#include <string>
 
 #include "TestFiles.h"
 #include "ThrownBy.h"

@@ -6,8 +6,6 @@
 #include <memory>
 #include <random>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "Document/DcDocumentManager.h"
 #include "Document/DcSentenceManager.h"

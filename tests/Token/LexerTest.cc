@@ -1,12 +1,8 @@
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <random>
 #include <sstream>
-#include <string>
-#include <vector>
 
-#include "Token.h"
 #include "Token/NastyText.h"
 #include "Token/TkTimesLexer.h"
 

@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
 
 #include <map>
-#include <memory>
 #include <sstream>
-#include <string>
 
 #include "Storage/StorageTestSupport.h"
 #include "Token.h"

@@ -1,6 +1,4 @@
-#include <gtest/gtest.h>
 
-#include <memory>
 #include <sstream>
 
 #include "KeyFile/KfKeyFileManager.h"

@@ -1,8 +1,6 @@
 // The project's own tables: every rule of the stem table is needed by some word,
 // and the stop list keeps to what it promises.
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <set>
 #include <sstream>

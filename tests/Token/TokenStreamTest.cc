@@ -1,11 +1,8 @@
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <random>
 #include <sstream>
-#include <string>
 
-#include "Token.h"
 #include "Token/NastyText.h"
 #include "Token/TkWPHLexer.h"
 

@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
 
 #include <sstream>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "Storage/StorageTestSupport.h"
 #include "TestLog.h"

@@ -1,16 +1,11 @@
 #include "Tool/SysTools.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <sstream>
-#include <string>
 
 #include "SmallDevice.h"
 #include "Storage/StorageTestSupport.h"
 #include "TestLog.h"
 #include "Tool/NameManager.h"
-#include "Tool/VandrelleLog.h"
 #include "Tool/VersionControl.h"
 
 namespace vandrelle {

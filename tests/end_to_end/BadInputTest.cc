@@ -1,7 +1,6 @@
 // What users get wrong and what disks do: every case is one run of the command
 // over three good pages and something bad beside them. The good pages are to be
 // indexed, and the trouble to be told in the log or in one line of output.
-#include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <signal.h>
@@ -11,9 +10,7 @@
 #include <atomic>
 #include <functional>
 #include <ostream>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "end_to_end/ProgramRun.h"
 

@@ -2,8 +2,6 @@
 // no damage to any file of the index makes it crash, hang or end in any way but
 // with a line on the error stream.
 
-#include <gtest/gtest.h>
-
 #include <map>
 #include <memory>
 #include <sstream>

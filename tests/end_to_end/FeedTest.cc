@@ -1,7 +1,5 @@
 // vandrelleFeed over the examples of all layouts, and what users get wrong.
 
-#include <gtest/gtest.h>
-
 #include "end_to_end/ProgramRun.h"
 
 namespace vandrelle::test {

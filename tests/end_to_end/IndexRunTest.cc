@@ -1,7 +1,5 @@
 // vandrelleIndex as a user runs it, from the options to what the index holds.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <map>
 #include <set>

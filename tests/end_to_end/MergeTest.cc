@@ -1,8 +1,6 @@
 // vandrelleMerge on indexes that vandrelleIndex has built: the merged index is byte
 // for byte the one of a single run, and whatever goes wrong leaves all as it was.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <map>
 #include <memory>

@@ -1,10 +1,7 @@
 // Positions of words, from pages to phrases: an index that records them, what
 // vandrelleDump shows of it and what vandrelleSearch -phrase finds.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <filesystem>
 #include <sstream>
 
 #include "end_to_end/ProgramRun.h"

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <map>
 #include <sstream>
-#include <string>
 #include <vector>
 
 #include <sys/wait.h>

@@ -2,8 +2,6 @@
 // documentation promises, the forms of an answer, and what hostile queries and
 // damaged files end in.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>

@@ -1,7 +1,5 @@
 // vandrelleTable as a user runs it: what it compiles, shows and refuses.
 
-#include <gtest/gtest.h>
-
 #include "end_to_end/ProgramRun.h"
 
 namespace vandrelle::test {

@@ -90,61 +90,49 @@ TEST(KeyFile, BytesOfSmallFiles) {
   const std::string long23(23, 'l');
   struct Case {
     const char* what;
-    int type, chunkSize, dataSize;
+    struct {
+      int type, chunkSize, dataSize;
+    } file;
     std::vector<Entry> entries;
     const char* key;
     const char* ptr;
   } cases[] = {
       {"aligned, constant",
-       9,
-       128,
-       1,
+       {9, 128, 1},
        {{"a", "1"}, {"ab", "2"}, {"abc", "3"}},
        "0031610232620333616263",
        "0000000900000080000000010000000b00000002000000000001610000000000000006000361626300000002"},
       {"mapped",
-       14,
-       512,
-       5,
+       {14, 512, 5},
        {{"a", d5}, {"ab", d5}, {"b", d5}, {"b", "EEEEE"}, {"abc", d5}},
        "004444444444610244444444446200444444444462",
        "0000000e000002000000000500000015000000020000000000000000000000000000000e0000000200000002"
        "01610162"},
       {"one word",
-       16,
-       512,
-       0,
+       {16, 512, 0},
        {{"word", ""}},
        "06776f7264",
        "000000100000020000000000000000050000000100000000000000000000000004776f7264"},
-      {"no words", 14, 512, 5, {}, "", "0000000e00000200000000050000000000000000"},
+      {"no words", {14, 512, 5}, {}, "", "0000000e00000200000000050000000000000000"},
       // c = 2, a = 0, t = 19, s = 18: 00010 00000 10011 | 10010
       {"packed, constant",
-       8,
-       128,
-       2,
+       {8, 128, 2},
        {{"CAT", "xy"}, {"cats", "zz"}},
        "037879024c067a7a024c09",
        "0000000800000080000000020000000b000000020000000000036361740000000000000005000463617473"
        "00000001"},
       {"packed, varying",
-       7,
-       128,
-       9,
+       {7, 128, 9},
        {{"c", ""}, {"c'", "abc"}, {"d7", "z"}},
        "00000202036162631c01017aa303",
        nullptr},
       {"aligned, varying, a map of three bytes",
-       10,
-       128,
-       0,
+       {10, 128, 0},
        {{"lla", "q"}, {"llaz", ""}, {long23, "r"}},
        "0301716c6c6109007aff001701726c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c6c",
        nullptr},
       {"inline",
-       11,
-       128,
-       4,
+       {11, 128, 4},
        {{"a", "1234"}, {"ab", ""}, {"ac", "5678"}},
        "00e131323334026201e16335363738",
        nullptr},
@@ -153,7 +141,7 @@ TEST(KeyFile, BytesOfSmallFiles) {
     SCOPED_TRACE(c.what);
     TestDirectory directory;
     const std::string root = directory / "k";
-    create(root, c.chunkSize, c.type, c.dataSize, c.entries);
+    create(root, c.file.chunkSize, c.file.type, c.file.dataSize, c.entries);
     EXPECT_EQ(hex(fileBytes(root + ".key")), c.key);
     if (c.ptr != nullptr) {
       EXPECT_EQ(hex(fileBytes(root + ".ptr")), c.ptr);

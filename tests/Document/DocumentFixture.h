@@ -5,13 +5,16 @@
 #include <cstring>
 #include <initializer_list>
 #include <memory>
+#include <sstream>
 
 #include "Document/DcFileStream.h"
 #include "Document/DcMiniHeaderDocument.h"
 #include "DocumentImpl/DiHeaderParser.h"
+#include "Fun/FdStream.h"
 #include "TestFiles.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/HeapText.h"
+#include "Word.h"
 
 namespace vandrelle {
 
@@ -40,6 +43,16 @@ class DocumentFixture : public DirectoryTest {
 inline std::string taken(char* text) {
   const HeapAptr<char> owner(text);
   return text == nullptr ? "(null)" : text;
+}
+
+// The words of a document, each with a blank behind it.
+inline std::string wordsOf(DcDocument* document) {
+  const std::unique_ptr<FdStream> stream(document->words());
+  std::ostringstream words;
+  for (stream->reset(); stream->more(); stream->next()) {
+    words << *static_cast<const WmWord*>(stream->key()) << ' ';
+  }
+  return words.str();
 }
 
 // A text whose first bytes are a header, in which an author is named and nothing else.

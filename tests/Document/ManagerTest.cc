@@ -6,10 +6,8 @@
 #include "Document/DcManagerManager.h"
 #include "Document/DcMetaDocManager.h"
 #include "DocumentFixture.h"
-#include "Fun/FdStream.h"
 #include "ThrownBy.h"
 #include "Token.h"
-#include "Word.h"
 
 namespace vandrelle {
 namespace {
@@ -37,16 +35,6 @@ class ManagerTest : public DocumentFixture {
     return std::make_unique<DcMetaDocManager>(root_.c_str(), stemmer_.get(), nullptr, nullptr);
   }
 
-  static std::string words(DcDocument* document) {
-    const std::unique_ptr<FdStream> stream(document->words());
-    std::string all;
-    for (stream->reset(); stream->more(); stream->next()) {
-      const WmWord* word = static_cast<WmWord*>(stream->key());
-      all += std::string(word->letters(), static_cast<std::size_t>(word->num_letters())) + " ";
-    }
-    return all;
-  }
-
   std::unique_ptr<TkStemmer> stemmer_;
   std::string root_;
 };
@@ -71,7 +59,7 @@ TEST_F(ManagerTest, ServesDocumentsOfAllForms) {
     EXPECT_EQ(taken(header->documentName()), expected[number].name);
     EXPECT_EQ(header->numCharacters(), expected[number].size);
     EXPECT_EQ(header->HeadSize(), expected[number].headSize);
-    EXPECT_EQ(words(header), expected[number].text);
+    EXPECT_EQ(wordsOf(header), expected[number].text);
   }
   EXPECT_EQ(manager->documentNum(5), nullptr);
   EXPECT_EQ(manager->documentNum(-1), nullptr);
@@ -104,7 +92,7 @@ TEST_F(ManagerTest, TwentyLiveDocumentsOfOneForm) {
   EXPECT_EQ(thrownBy([&] { live.emplace_back(manager->documentNum(0)); }), "");
   // Articles of one file share a stream, so there is no such limit.
   for (int i = 0; i < 60; ++i) live.emplace_back(manager->documentNum(1 + i % 3));
-  EXPECT_EQ(words(live.back().get()), "five ");
+  EXPECT_EQ(wordsOf(live.back().get()), "five ");
 }
 
 TEST_F(ManagerTest, DamagedRowsDoNoHarm) {
@@ -123,7 +111,7 @@ TEST_F(ManagerTest, DamagedRowsDoNoHarm) {
           taken(document->documentName());
           // A size of 2 GiB would be walked byte by byte.
           if (DESCRIPTOR_CAST(DcAsciiDocument, document.get())->numCharacters() < 1000) {
-            words(document.get());
+            wordsOf(document.get());
           }
         }
       }

@@ -2,9 +2,7 @@
 
 #include "Document/DcSimpleDocument.h"
 #include "DocumentFixture.h"
-#include "Fun/FdStream.h"
 #include "Token.h"
-#include "Word.h"
 
 namespace vandrelle {
 namespace {

@@ -9,9 +9,7 @@
 #include "Document/DcManager.h"
 #include "Document/DcMetaIndexCreator.h"
 #include "Document/IntakeFixture.h"
-#include "Fun/FdStream.h"
 #include "Token/TkStemmer.h"
-#include "Word.h"
 
 namespace vandrelle {
 namespace {
@@ -58,13 +56,7 @@ class HostileFeed : public IntakeTest, public testing::WithParamInterface<int> {
     const std::unique_ptr<DcDocument> document(manager->documentNum(number));
     if (document == nullptr) return "(null)";
     const HeapAptr<char> title(static_cast<DcHeaderDocument*>(document.get())->getHeader("title"));
-    std::string text = title == nullptr ? "(null)" : title.get();
-    const std::unique_ptr<FdStream> words(document->words());
-    for (words->reset(); words->more(); words->next()) {
-      const auto* word = static_cast<const WmWord*>(words->key());
-      text += ' ' + std::string(word->letters(), static_cast<std::size_t>(word->num_letters()));
-    }
-    return text;
+    return std::string(title == nullptr ? "(null)" : title.get()) + ' ' + wordsOf(document.get());
   }
 
   std::string good_, ending_;

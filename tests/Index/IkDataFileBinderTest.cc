@@ -1,7 +1,5 @@
 #include "Index/IkDataFileBinder.h"
 
-#include <cstdio>
-
 #include "IkPairCollector.h"
 #include "IkTestTools.h"
 #include "Index/IkDataFileCreator.h"
@@ -9,11 +7,7 @@
 namespace vandrelle {
 namespace {
 
-std::string rootOf(const char* name) {
-  const std::string root = testing::TempDir() + name;
-  for (const char* suffix : {".dat", ".xk", ".xidx.xw"}) std::remove((root + suffix).c_str());
-  return root;
-}
+using IkDataFileBinderTest = DirectoryTest;
 
 Pairs currentRow(IkDataFileBinder* binder) {
   PairCollector collector;
@@ -29,8 +23,8 @@ std::vector<IkDocumentInfo> everyThird(int pairs) {
 
 // Rows around the sizes at which the work buffer grows and the reader's windows
 // end, walked and sought, in every way of opening.
-TEST(IkDataFileBinder, ReadsBackRowsOfAllSizes) {
-  const std::string root = rootOf("sizes");
+TEST_F(IkDataFileBinderTest, ReadsBackRowsOfAllSizes) {
+  const std::string root = directory_ / "sizes";
   const int sizes[] = {1, 2700, 5, 340, 341, 342, 4096, 3, 300000, 1, 2};
   std::vector<StStoragePos> offsets;
   {
@@ -74,8 +68,8 @@ TEST(IkDataFileBinder, ReadsBackRowsOfAllSizes) {
   }
 }
 
-TEST(IkDataFileBinder, DamagedFilesThrow) {
-  const std::string root = rootOf("damaged");
+TEST_F(IkDataFileBinderTest, DamagedFilesThrow) {
+  const std::string root = directory_ / "damaged";
   const std::string row("\0\0\0\2\x3F\x80\0\0\x80\1\0\0", 12);
   const struct {
     const char* what;

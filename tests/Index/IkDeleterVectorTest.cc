@@ -7,20 +7,15 @@
 namespace vandrelle {
 namespace {
 
-class IkDeleterVectorTest : public testing::Test {
+class IkDeleterVectorTest : public DirectoryTest {
  protected:
-  IkDeleterVectorTest()
-      : root_(testing::TempDir() + "deleter_" +
-              testing::UnitTest::GetInstance()->current_test_info()->name()) {
-    for (const char* suffix : {".xk", ".xk.tmp"}) std::remove((root_ + suffix).c_str());
-  }
   std::unique_ptr<IkDeleterVector> bound(int totalNumDocs, int readOnly) {
     return std::unique_ptr<IkDeleterVector>(
         IkDeleterVector::Bind(root_.c_str(), totalNumDocs, readOnly));
   }
   std::string vector() const { return bytesOf(root_ + ".xk"); }
 
-  std::string root_;
+  const std::string root_ = directory_ / "deleter";
 };
 
 TEST_F(IkDeleterVectorTest, ChangesLieInTheShadowUntilTheyAreFrozen) {

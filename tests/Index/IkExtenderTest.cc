@@ -51,16 +51,9 @@ std::string rowAt(IkDataExtender* extender, int offset) {
   return row.text;
 }
 
-class IkExtenderTest : public testing::Test {
+class IkExtenderTest : public DirectoryTest {
  protected:
-  IkExtenderTest() {
-    const std::string directory = testing::TempDir() + "extender_" +
-                                  testing::UnitTest::GetInstance()->current_test_info()->name();
-    std::filesystem::remove_all(directory);
-    std::filesystem::create_directory(directory);
-    root_ = directory + "/i";
-  }
-  std::string root_;
+  const std::string root_ = directory_ / "i";
 };
 
 using Open = std::function<IkDataExtender*(const std::string&, int)>;
@@ -139,10 +132,8 @@ TEST_F(IkExtenderTest, BothFormsKeepWhatIsAdded) {
   EXPECT_EQ(thrownBy([&] { IkMergeExtenderIndex none((root_ + "none").c_str()); }),
             "Ik: Extending an existing index is unimplemented in this version of the SDK");
   EXPECT_EQ(bytesOf(root_ + ".xidx.xt").size(), 8u * 4 * 6);
-  EXPECT_EQ(
-      std::distance(std::filesystem::directory_iterator(std::filesystem::path(root_).parent_path()),
-                    {}),
-      7);  // .info, .xidx.x?, .xw, .xd: nothing is left behind
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory_.path()), {}), 7);
+  // .info, .xidx.x?, .xw, .xd: nothing is left behind
 }
 
 TEST_F(IkExtenderTest, DamagedExtensions) {

@@ -28,9 +28,7 @@ TEST(IkProx, CodesGapsInSevenBits) {
   EXPECT_EQ(bytesOf(path), std::string("\0\x7F\x80\x01\x05\0\xAC\x02\xFF\xFF\xFF\xFF\x0F", 13));
 
   IkProxBinder binder(path.c_str());
-  EXPECT_EQ(binder.get(), 0u);
-  EXPECT_EQ(binder.get(), 127u);
-  EXPECT_EQ(binder.get(), 255u);
+  for (uint32 position : {0, 127, 255}) EXPECT_EQ(binder.get(), position);
   binder.reset();
   EXPECT_EQ(binder.get(), 5u);
   EXPECT_EQ(binder.tell(), StStoragePos(5));

@@ -3,7 +3,6 @@
 #include "Query/QlPhrase.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <random>
 
 #include "Index/IkIndexer.h"
@@ -18,10 +17,9 @@ using Text = std::vector<WmMagicWord>;
 constexpr std::size_t kDeleted = 3;  // documents with this rest by 5, if any
 
 // Texts of few different words, so that phrases repeat, and their index.
-class QlPhraseTest : public testing::Test {
+class QlPhraseTest : public DirectoryTest {
  protected:
   void build(std::size_t documents, unsigned longest) {
-    std::remove((root_ + ".xk").c_str());
     IkIndexer indexer(root_.c_str());
     for (std::size_t i = 0; i < documents; ++i) {
       texts_.push_back(randomText(random_() % (longest + 1)));
@@ -55,8 +53,7 @@ class QlPhraseTest : public testing::Test {
     return documents;
   }
 
-  const std::string root_ = testing::TempDir() + "phrase_" +
-                            testing::UnitTest::GetInstance()->current_test_info()->name();
+  const std::string root_ = directory_ / "phrase";
   std::mt19937 random_{4};
   std::vector<Text> texts_;
 };

@@ -1,11 +1,14 @@
-// The field database: bytes of the slow and the fast form, reading, limits.
+// The field database: bytes of the slow and the fast form, reading, limits; and what
+// fields are indexed.
 
 #include "Document/DcFieldBag.h"
+
+#include "Document/DcFieldParser.h"
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcFieldsCreator.h"
+#include "DocumentFixture.h"
+#include "Fun/FdBag.h"
 #include "Index/IkMergeDeleter.h"
-#include "TestFiles.h"
-#include "Tool/HeapText.h"
 
 namespace vandrelle {
 namespace {
@@ -27,10 +30,6 @@ class DcFieldsTest : public DirectoryTest {
     creator.flush();
     EXPECT_TRUE(creator.valid());
     EXPECT_EQ(creator.numDocuments(), 3);
-  }
-  static std::string value(DcFieldsBinder* binder, int doc, const char* name) {
-    const HeapAptr<char> text(binder->retrieve(doc, name));
-    return text ? text.get() : "(null)";
   }
   static std::string fieldsOf(DcFieldsBinder* binder, int doc) {
     std::string all;
@@ -66,13 +65,13 @@ TEST_F(DcFieldsTest, BothFormsReadBackAlike) {
     EXPECT_EQ(fieldsOf(&slow, 0), "title=A;url=u0;");
     EXPECT_EQ(fieldsOf(&slow, 1), "");
     EXPECT_EQ(fieldsOf(&slow, 2), "url=u2;title=xxxxx;");
-    EXPECT_EQ(value(&slow, 2, "title"), std::string(1023, 'x'));
-    EXPECT_EQ(value(&slow, 1, "title"), "(null)");
-    EXPECT_EQ(value(&slow, 0, "summary"), "(null)");
+    EXPECT_EQ(taken(slow.retrieve(2, "title")), std::string(1023, 'x'));
+    EXPECT_EQ(taken(slow.retrieve(1, "title")), "(null)");
+    EXPECT_EQ(taken(slow.retrieve(0, "summary")), "(null)");
     EXPECT_FALSE(slow.gotoDoc(3));
     EXPECT_FALSE(slow.gotoDoc(-1));
     slow.equate("address", "url");
-    EXPECT_EQ(value(&slow, 0, "address"), "u0");
+    EXPECT_EQ(taken(slow.retrieve(0, "address")), "u0");
   }
   DcFieldBag bag(1);
   for (const char* name : {"url", "title", "summary"}) bag.Add(name, 0);
@@ -92,9 +91,9 @@ TEST_F(DcFieldsTest, BothFormsReadBackAlike) {
   ASSERT_TRUE(fast.valid());
   EXPECT_EQ(fast.numDocuments(), 3);
   EXPECT_EQ(fieldsOf(&fast, 0), "url=u0;title=A;summary=;");
-  EXPECT_EQ(value(&fast, 1, "title"), "");
-  EXPECT_EQ(value(&fast, 2, "title"), std::string(1023, 'x'));
-  EXPECT_EQ(value(&fast, 2, "other"), "(null)");
+  EXPECT_EQ(taken(fast.retrieve(1, "title")), "");
+  EXPECT_EQ(taken(fast.retrieve(2, "title")), std::string(1023, 'x'));
+  EXPECT_EQ(taken(fast.retrieve(2, "other")), "(null)");
 }
 
 TEST_F(DcFieldsTest, FastFormOfAnotherCountIsRefused) {
@@ -104,7 +103,7 @@ TEST_F(DcFieldsTest, FastFormOfAnotherCountIsRefused) {
   writeFile(root + ".fnam", std::string("url\0", 4));
   DcFieldsBinder binder(root.c_str());
   EXPECT_FALSE(binder.fastFilesOn(root.c_str()));
-  EXPECT_EQ(value(&binder, 0, "url"), "u0");
+  EXPECT_EQ(taken(binder.retrieve(0, "url")), "u0");
 }
 
 TEST_F(DcFieldsTest, LeftoverFilesAndNamesPastTheLimit) {
@@ -192,6 +191,36 @@ TEST_F(DcFieldsTest, MergeInTheMiddlePermuteAndDamage) {
   for (DcFieldInfo field; cut.getField(field);) {
   }
   EXPECT_FALSE(cut.valid());
+}
+
+TEST(DcFieldParser, WeightsOfFieldTexts) {
+  DcFieldParser parser;
+  parser.AddFieldToBeIndexed("once", 1);
+  parser.AddFieldToBeIndexed("twice", 2);
+  parser.AddFieldToBeIndexed("never", 0);
+  EXPECT_EQ(taken(parser.getFieldText("once", "a b")), "a b");
+  EXPECT_EQ(taken(parser.getFieldText("twice", "a b")), "a b a b ");
+  EXPECT_EQ(taken(parser.getFieldText("never", "a b")), "");
+  EXPECT_EQ(taken(parser.getFieldText("other", "a b")), "(null)");
+  // A filter of the field database may answer null.
+  EXPECT_EQ(taken(parser.getFieldText("twice", nullptr)), "(null)");
+  parser.AddFieldToBeIndexed("::all", 5);
+  EXPECT_EQ(taken(parser.getFieldText("twice", "a b")), "a b");
+  EXPECT_EQ(taken(parser.getFieldText("other", "a b")), "a b");
+}
+
+TEST(DcFieldParser, ConstraintFields) {
+  DcFieldParser parser;
+  EXPECT_FALSE(parser.hasConstraintFields());
+  parser.AddConstraintField("section");
+  EXPECT_TRUE(parser.ConstraintField("section"));
+  EXPECT_FALSE(parser.ConstraintField("sect"));
+  EXPECT_FALSE(parser.ConstraintField("sections"));
+  parser.AddConstraintField("::all");
+  EXPECT_TRUE(parser.ConstraintField("anything"));
+  const std::unique_ptr<FdBag> values(parser.getFieldValues("section", "One value"));
+  EXPECT_EQ(values->numElements(), 1);
+  EXPECT_TRUE(values->find("One value", 10, nullptr, nullptr));
 }
 
 }  // namespace

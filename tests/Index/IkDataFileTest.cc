@@ -1,3 +1,5 @@
+// Rows by the byte: their packing, and both ways to read them.
+
 #include "Index/IkDataFile.h"
 
 #include <random>
@@ -6,6 +8,7 @@
 #include "IkPairCollector.h"
 #include "IkTestTools.h"
 #include "Index/IkDeleterVector.h"
+#include "Index/IkUnpacker.h"
 
 namespace vandrelle {
 namespace {
@@ -93,11 +96,10 @@ TEST(IkDataFile, AsksForRoomBeforeEachEntry) {
   EXPECT_EQ(IkDataFile::packBuffer(dense, 2, bytes, 11), -1);
 }
 
-TEST(IkDataFile, RandomRowsComeBack) {
+TEST(IkDataFile, RandomRowsAndTheirFrequenciesPackAlike) {
   std::mt19937 random(7);
   for (int round = 0; round < 20; ++round) {
     Row row;
-    Pairs pairs;
     int chunk = -1;
     int spread = 1;
     for (int i = 0; i < 300; ++i) {
@@ -105,13 +107,10 @@ TEST(IkDataFile, RandomRowsComeBack) {
       chunk += 1 + static_cast<int>(random() % static_cast<unsigned>(spread));
       const int frequency = 1 + static_cast<int>(random() % 8 ? random() % 3 : random() % 32767);
       row.push_back({chunk, frequency});
-      pairs.emplace_back(chunk, frequency);
     }
-    const Bytes bytes = packed(row);
-    ASSERT_EQ(unpacked(bytes), pairs);
     std::vector<int> dense(static_cast<std::size_t>(chunk) + 1);
     for (const IkDocumentInfo& p : row) dense[static_cast<std::size_t>(p.chunk)] = p.frequency;
-    ASSERT_EQ(packed(dense), bytes);
+    ASSERT_EQ(packed(dense), packed(row));
   }
 }
 
@@ -153,6 +152,67 @@ TEST(IkDataFile, RowsCutWithinAPairThrow) {
               "")
         << size;
   }
+}
+
+// Reads from an array of just that size, so that a sanitizer sees a step too far.
+Pairs pairsOf(const Bytes& bytes, int mode, int documents = 0x7FFFFFFF) {
+  const Bytes exact(bytes);
+  IkUnpacker row;
+  row.documents(documents);
+  row.set(exact.data(), static_cast<int>(bytes.size()), mode);
+  Pairs pairs;
+  for (; row.more(); row.read()) pairs.emplace_back(row.docNum(), row.docFreq());
+  row.read();
+  EXPECT_FALSE(row.more());
+  return pairs;
+}
+
+// Gaps around all limits of the size modes, frequencies around theirs.
+TEST(IkUnpacker, ReadsWhatWasPackedAsFarAsItGoes) {
+  const int gaps[] = {1, 0x7E, 0x7F, 0x7EFE, 0x7EFF, 0x7EFFFE, 0x7EFFFF};
+  const int frequencies[] = {1, 1, 1, 2, 127, 128, 32767};
+  std::mt19937 random(1);
+  for (int round = 0; round < 40; ++round) {
+    Pairs pairs;
+    Row row;
+    std::size_t kind = 0;
+    for (int i = 0, doc = 0; i < 60; ++i) {
+      if (i % 8 == 0) kind = random() % 7;
+      doc += gaps[random() % 4 == 0 ? random() % 7 : kind];
+      row.push_back({doc, frequencies[random() % 7]});
+      pairs.emplace_back(doc, row.back().frequency);
+    }
+    Bytes bytes = packed(row);
+    ASSERT_EQ(unpacked(bytes), pairs) << round;
+    ASSERT_EQ(pairsOf(bytes, 2), pairs) << round;
+    // A limit leaves the documents below it.
+    EXPECT_EQ(pairsOf(bytes, 2, pairs[30].first), Pairs(pairs.begin(), pairs.begin() + 30));
+    while (!bytes.empty()) {
+      bytes.pop_back();
+      const Pairs read = pairsOf(bytes, 2);
+      ASSERT_LT(read.size(), pairs.size()) << round;
+      ASSERT_TRUE(std::equal(read.begin(), read.end(), pairs.begin())) << round;
+    }
+  }
+}
+
+TEST(IkUnpacker, ReadsAnyBytes) {
+  const struct {
+    Bytes bytes;
+    int mode;
+    Pairs pairs;
+  } cases[] = {
+      {{0x80, 0x00}, 2, {{0, 1}}},
+      {{0xFF, 1, 0xFE, 0x81}, 2, {{0x7E, 1}, {0x7F, 1}}},
+      {{5, 0x81, 0x02, 0x83}, 1, {{5, 258}, {8, 1}}},
+      {{0x80, 0x07, 0xFF, 5, 1, 1, 1, 1, 1, 1, 1, 1}, 2, {{7, 1}}},  // bad size modes
+      {{0x80, 0x07, 0xFF, 0, 1, 1, 1, 1, 1, 1, 1, 1}, 2, {{7, 1}}},
+      {{0x80, 0x00}, 7, {}},
+      {{0xFF, 4, 0xFF, 0xFF, 0xFF, 0xFE, 0x81, 0, 0, 0}, 2, {{0x7FFFFFFE, 1}}},  // past the ints
+      {{1, 0, 0, 0, 2, 0, 0, 0, 9, 0, 0, 0, 3, 0, 0, 0}, -1, {{1, 2}, {9, 3}}},
+      {{1, 0, 0, 0, 2, 0, 0, 0, 9, 0, 0, 0}, -1, {{1, 2}}},
+  };
+  for (const auto& c : cases) EXPECT_EQ(pairsOf(c.bytes, c.mode), c.pairs) << &c - cases;
 }
 
 }  // namespace

@@ -185,18 +185,18 @@ TEST_F(DcMetaIndexCreatorTest, BadInputIsToldAndTheRestIsAdded) {
   EXPECT_EQ(add(*meta, path("in/sub/../good.txt")), 0);
   meta->DoneAddingDocs();
 
-  EXPECT_TRUE(logged("0:" + path("missing.txt") + " doesn't exist."));
-  EXPECT_TRUE(logged("0: doesn't exist."));
-  EXPECT_TRUE(logged("0:" + path("in/dangling.txt") + " doesn't exist."));
-  EXPECT_TRUE(logged("0:" + path("in/loop.txt") + " doesn't exist."));
-  EXPECT_TRUE(logged("0:" + path("in/empty.txt") + " is an empty file - not added."));
-  EXPECT_TRUE(logged("0:" + path("in/pipe.txt") + " is an empty file - not added."));
-  EXPECT_TRUE(logged("0:" + path("in/sub/up") +
-                     " is a directory that has already been added - not added again"));
-  EXPECT_TRUE(
-      logged("0:" + path("in/") + " is a directory that has already been added - not added again"));
-  EXPECT_TRUE(logged("2:" + good + " already in index - not added again"));
-  EXPECT_TRUE(logged("2:" + path("in/hidden") + " matches regexp /hidden - Excluded."));
+  const std::string twice = " is a directory that has already been added - not added again";
+  for (const std::string& line :
+       {"0:" + path("missing.txt") + " doesn't exist.", std::string("0: doesn't exist."),
+        "0:" + path("in/dangling.txt") + " doesn't exist.",
+        "0:" + path("in/loop.txt") + " doesn't exist.",
+        "0:" + path("in/empty.txt") + " is an empty file - not added.",
+        "0:" + path("in/pipe.txt") + " is an empty file - not added.",
+        "0:" + path("in/sub/up") + twice, "0:" + path("in/") + twice,
+        "2:" + good + " already in index - not added again",
+        "2:" + path("in/hidden") + " matches regexp /hidden - Excluded."}) {
+    EXPECT_TRUE(logged(line)) << line;
+  }
   EXPECT_EQ(integers(root_ + ".lpt").size(), 4u);
   EXPECT_EQ(fileBytes(root_ + ".dir"), path("in") + "/ ");
 }

@@ -149,43 +149,33 @@ TEST_F(HeaderParserTest, EI) {
 
 TEST_F(HeaderParserTest, Times) {
   DiTimesHeaderParser parser(1);
+  const std::string page = "..HD:\nOne\nTwo\n..DT:\n..X\n..LD:\nLead\n";
+  const std::string fields = "..HD:\nOne\n.a\nTwo\n.b\n.c\n..LD:\nLead\n";
   check(parser,
-        {{"document",
-          "..HD:\nOne\nTwo\n..DT:\n..X\n..LD:\nLead\n",
-          30,
-          {{"title", "One/Two"}, {"author", "(null)"}}},
-         {"a field between head lines",
-          "..HD:\nOne\n.a\nTwo\n.b\n.c\n..LD:\nLead\n",
-          29,
-          {{"title", "One/Two"}}},
+        {{"document", page, 30, {{"title", "One/Two"}, {"author", "(null)"}}},
+         {"a field between head lines", fields, 29, {{"title", "One/Two"}}},
          {"no head lines", "..HD:\n..LD:\nLead\n", 12, {{"title", ""}}},
          {"head lines without an end", "..HD:\nOne\n..LD:\nLead\n", 16, {{"title", "(null)"}}},
          {"no lead paragraph", "..HD:\nOne\n..LD:\n..TE:\n", -1}});
 }
 
 TEST_F(HeaderParserTest, EMSAndIDG) {
+  const std::string feeds = "one\n \n \n \n \n \n \n <B>Head</B>\n";
+  const std::string returns = "1\r2\r3\r4\r5\rHead\rBy Me\r\r\rBody";
+  const std::string cut = "one\n\n\n\n\n\n\n " + std::string(200, 'h') + "\nBody";
   DiEMSHeaderParser ems(1);
   check(ems, {{"notice", "<A>Sale\nBy Me\nBody", 8, {{"title", "Sale"}}},
               {"line feeds",
-               "one\n \n \n \n \n \n \n <B>Head</B>\n By Me\n Second\nBody",
+               feeds + " By Me\n Second\nBody",
                44,
                {{"title", "Head/Second"}, {"author", "Me"}, {"date", "(null)"}}},
-              {"returns",
-               "1\r2\r3\r4\r5\rHead\rBy Me\r\r\rBody",
-               23,
-               {{"title", "Head"}, {"author", "Me"}}},
+              {"returns", returns, 23, {{"title", "Head"}, {"author", "Me"}}},
               {"notice behind a return", "\rA\nBody", 3, {{"title", "A"}}},
               {"empty", "", 0, {{"title", "(null)"}}}});
   DiIDGHeaderParser idg(1);
   check(idg, {{"notice", "<A>Sale\nBody", 8, {{"title", "Advertisement"}}},
-              {"line feeds",
-               "one\n \n \n \n \n \n \n <B>Head</B>\n\n Second\nBody",
-               38,
-               {{"title", "Head/ Second"}}},
-              {"cut",
-               "one\n\n\n\n\n\n\n " + std::string(200, 'h') + "\nBody",
-               212,
-               {{"title", std::string(127, 'h')}}},
+              {"line feeds", feeds + "\n Second\nBody", 38, {{"title", "Head/ Second"}}},
+              {"cut", cut, 212, {{"title", std::string(127, 'h')}}},
               {"too few lines", "one\n two\nBody", 9, {{"title", "(null)"}}},
               {"end of file in the header", "one\n two", -1}});
 }

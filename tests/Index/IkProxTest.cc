@@ -1,5 +1,3 @@
-
-
 #include "IkTestTools.h"
 #include "Index/IkDataFile.h"
 #include "Index/IkMergeTempfile.h"

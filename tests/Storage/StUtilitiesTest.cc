@@ -1,4 +1,3 @@
-
 #include <random>
 
 #include "Storage/StArray.h"

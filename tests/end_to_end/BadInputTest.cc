@@ -93,7 +93,9 @@ Arguments spiderPageWithoutTabs(const fs::path& in) {
 std::vector<Trouble> troubles() {
   const std::string word = "T" + std::string(99, 't') + " ";
   const std::string description = "<meta name=\"description\" content=\"";
-  const std::string list("@/good0.html\0@/good1.html\0", 26);
+  const Make returned = fileOption("-excl", "good1\r\n");
+  const Make missing = fileOption("-flist", "/nowhere\r\n@/good0.html\r\n");
+  const Make zeroes = fileOption("-flist", std::string("@/good0.html\0@/good1.html\0", 26));
   return {
       {"NameNoSystemHolds", option(std::string(9000, 'x')), 3, {"xxxxxxxx"}},
       {"StrangeNames", strangeNames, 7},
@@ -117,18 +119,9 @@ std::vector<Trouble> troubles() {
        {"No words found in any of 1 documents - no index built."}},
       {"OneWord", onlyPage("alone"), 1},
       {"EmptyExclusion", fileOption("-excl", "\ngood1"), -1, {"no valid files added"}},
-      {"ExclusionWithCarriageReturn",
-       fileOption("-excl", "good1\r\n"),
-       3,
-       {"line 1: the pattern ends in a carriage return"}},
-      {"ListOfMissingFiles",
-       fileOption("-flist", "/nowhere\r\n@/good0.html\r\n"),
-       3,
-       {"/nowhere doesn't exist."}},
-      {"ListWithZeroByte",
-       fileOption("-flist", list),
-       3,
-       {"good0.html is followed by a zero byte"}},
+      {"ExclusionWithReturn", returned, 3, {"line 1: the pattern ends in a carriage return"}},
+      {"ListOfMissingFiles", missing, 3, {"/nowhere doesn't exist."}},
+      {"ListWithZeroByte", zeroes, 3, {"good0.html is followed by a zero byte"}},
       {"SpiderPageWithoutTabs", spiderPageWithoutTabs, 4},
       {"ListOptionWithoutValue", option("-flist"), 3},
       {"StemOptionWithoutValue", option("-stem"), 3},

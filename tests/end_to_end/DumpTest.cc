@@ -14,24 +14,24 @@ class DumpTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     folder_ = std::make_unique<TestDirectory>();
-    const std::string oven = std::string(40, 'x');
-    writeFile(*folder_ / "pages/a.html",
-              "<html><head><title>Ovens</title></head><body>The oven bakes bread. Bread, bread "
-              "and rye. A boat.</body></html>");
-    writeFile(*folder_ / "pages/b.html",
-              "<html><head><title>Tides</title></head><body>The tide brings salt; bread needs "
-              "salt.</body></html>");
-    writeFile(*folder_ / "pages/c.html",
-              "<p>Bridges and brides cross the bright boat, as boats go.</p>");
     std::string many = "<html><head><title>Many</title></head><body>";
-    for (int i = 0; i < 400; ++i) {
-      many += " word" + std::string(1, static_cast<char>('a' + i % 26)) +
-              std::string(1, static_cast<char>('a' + i / 26)) + oven.substr(0, i % 7u);
+    for (unsigned i = 0; i < 400; ++i) {
+      many += std::string(" word") + static_cast<char>('a' + i % 26) +
+              static_cast<char>('a' + i / 26) + std::string(i % 7, 'x');
     }
-    writeFile(*folder_ / "pages/d.html", many + "</body></html>");
+    const std::map<std::string, std::string> pages = {
+        {"a.html",
+         "<html><head><title>Ovens</title></head><body>The oven bakes bread. Bread, bread and rye. "
+         "A boat.</body></html>"},
+        {"b.html",
+         "<html><head><title>Tides</title></head><body>The tide brings salt; bread needs salt."
+         "</body></html>"},
+        {"c.html", "<p>Bridges and brides cross the bright boat, as boats go.</p>"},
+        {"d.html", many + "</body></html>"}};
     std::vector<std::string> options{"-R", root(), "-html", "-fsum"};
-    for (const char* page : {"a", "b", "c", "d"}) {
-      options.push_back(*folder_ / ("pages/" + std::string(page) + ".html"));
+    for (const auto& [name, text] : pages) {
+      options.push_back(*folder_ / ("pages/" + name));
+      writeFile(options.back(), text);
     }
     const ProgramRun built = run(*folder_, "vandrelleIndex", options + kTables);
     ASSERT_EQ(built.status, 0) << built.errors;

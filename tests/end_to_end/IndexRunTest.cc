@@ -5,10 +5,7 @@
 #include <set>
 #include <sstream>
 
-#include "Document/DcMetaDocManager.h"
-#include "Driver/VymTypes.h"
 #include "Index/IkDataFileBinder.h"
-#include "Token/TkStemmer.h"
 #include "end_to_end/ProgramRun.h"
 
 namespace vandrelle::test {
@@ -16,15 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
-
-Texts filesBelow(const std::string& folder) {
-  Texts names;
-  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-    if (entry.is_regular_file()) names.push_back(entry.path());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
 
 class IndexRunTest : public ::testing::Test {
  protected:
@@ -66,14 +54,9 @@ class IndexRunTest : public ::testing::Test {
 
   // Names of the documents, those of the site without their folder, sorted.
   Texts documents() {
-    TkPassStem stemmer;
-    VymTypes types(root().c_str(), 0);
-    DcMetaDocManager manager(root().c_str(), &stemmer, nullptr, &types);
-    Texts names;
-    for (int i = 0; i < manager.numDocuments(); ++i) {
-      const HeapAptr<char> name(manager.numToName(i));
-      names.push_back(name.get());
-      if (names.back().rfind(site(""), 0) == 0) names.back().erase(0, site("").size());
+    Texts names = fieldsOf(root(), "url");
+    for (std::string& name : names) {
+      if (name.rfind(site(""), 0) == 0) name.erase(0, site("").size());
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -127,8 +110,12 @@ TEST_F(IndexRunTest, ANormalRunLeavesTheWholeFamilyAndNothingElse) {
   } sites[] = {{path("site"), 4}, {VANDRELLE_SOURCE_DIR "/examples/site", 0}};
   for (const auto& one : sites) {
     // A list, since a folder is walked in the order of the file system.
+    std::set<std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(one.folder)) {
+      if (entry.is_regular_file()) files.insert(entry.path().string() + "\n");
+    }
     std::string list;
-    for (const std::string& name : filesBelow(one.folder)) list += name + "\n";
+    for (const std::string& file : files) list += file;
     writeFile(path("list"), list);
     std::map<std::string, std::string> runs[2];
     for (int i = 0; i < 2; ++i) {
@@ -198,9 +185,7 @@ TEST_F(IndexRunTest, OptionsChooseDocumentsAndWords) {
       {{"-html", "-text", root(), "-ulist", path("users")}, {"below/plain.htm", "notes.txt"}},
   };
   for (const auto& one : cases) {
-    std::string told = one.configuration;
-    for (const std::string& argument : one.arguments) told += ' ' + argument;
-    SCOPED_TRACE(told);
+    SCOPED_TRACE(one.configuration + testing::PrintToString(one.arguments));
     build(one.arguments, one.configuration);
     EXPECT_EQ(documents(), one.documents);
     for (const auto& [word, present] : one.words) EXPECT_EQ(holds(root(), word), present) << word;
@@ -279,9 +264,7 @@ TEST_F(IndexRunTest, RunsThatBuildNothing) {
       {{"-R", root(), "-transpose"}, "VANDRELLEERROR: "},
   };
   for (const auto& one : cases) {
-    std::string told;
-    for (const std::string& argument : one.arguments) told += ' ' + argument;
-    SCOPED_TRACE(told);
+    SCOPED_TRACE(testing::PrintToString(one.arguments));
     fs::remove_all(folder_ / "out");
     fs::create_directories(folder_ / "out");
     const ProgramRun result = index(one.arguments);

@@ -29,7 +29,6 @@ TEST_F(TableTest, BrokenSourcesAreToldWithTheirPlace) {
       {"-stem", twenty + "a2.", ", line 21: \"a2.\": more than 20 rules have this first letter"},
       {"-stem", "a1. b1. a2.", ", line 1: \"a2.\": the rules of its first letter stand further up"},
       {"-stop", "a *\nb", ", line 2: \"b\": the word has no replacement and no * behind it"},
-      {"-stop", "9 *", ", line 1: the file does not begin with a letter"},
   };
   for (const auto& c : cases) {
     const ProgramRun result =

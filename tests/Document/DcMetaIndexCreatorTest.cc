@@ -107,17 +107,6 @@ class DcMetaIndexCreatorTest : public IntakeTest {
     return made;
   }
 
-  static int add(DcMetaIndexCreatorImpl& to, const std::string& name) {
-    return to.Add(name.c_str());
-  }
-
-  static std::vector<int32_t> withTrailer(std::vector<int32_t> rows, int32_t ones,
-                                          int32_t articles) {
-    rows.insert(rows.end(), {ones, articles});
-    rows.insert(rows.end(), 16, 0);
-    return rows;
-  }
-
   std::string root_;
   Types types_;
 };
@@ -134,16 +123,18 @@ TEST_F(DcMetaIndexCreatorTest, LayoutOfAllForms) {
   Finder finder;
   meta->specifyFields(&fields);
   meta->setFieldFinder(&finder);
-  EXPECT_EQ(add(*meta, page), 1);
-  EXPECT_EQ(add(*meta, feed), 3);
-  EXPECT_EQ(add(*meta, text), 1);
-  EXPECT_EQ(add(*meta, open), 1);
+  EXPECT_EQ(meta->Add(page.c_str()), 1);
+  EXPECT_EQ(meta->Add(feed.c_str()), 3);
+  EXPECT_EQ(meta->Add(text.c_str()), 1);
+  EXPECT_EQ(meta->Add(open.c_str()), 1);
   meta->DoneAddingDocs();
   EXPECT_EQ(meta->numDocuments(), 6);
 
-  EXPECT_EQ(integers(root_ + ".idx"), withTrailer({kPage, 0, 0, kFeed, 0, 1, kFeed, 1, 1, kFeed, 2,
-                                                   1, kText, 1, 2, kPage, 2, 3},
-                                                  3, 3));
+  // The rows, and their counts in front of room for more.
+  std::vector<int32_t> rows{kPage, 0, 0,     kFeed, 0, 1,     kFeed, 1, 1, kFeed,
+                            2,     1, kText, 1,     2, kPage, 2,     3, 3, 3};
+  rows.resize(rows.size() + 16);
+  EXPECT_EQ(integers(root_ + ".idx"), rows);
   EXPECT_EQ(integers(root_ + "_one.idx"), (std::vector<int32_t>{9, 5, 5, -1, 6, 6}));
   EXPECT_EQ(integers(root_ + "_mlt.idx"), (std::vector<int32_t>{3, 5, 2, 22, 8, 5, 31, 5, 5}));
   EXPECT_EQ(integers(root_ + ".lpt"),
@@ -177,12 +168,12 @@ TEST_F(DcMetaIndexCreatorTest, BadInputIsToldAndTheRestIsAdded) {
   const std::string longName(1500, 'n');
 
   auto meta = creator();
-  EXPECT_EQ(add(*meta, path("missing.txt")), 0);
-  EXPECT_EQ(add(*meta, longName), 0);
-  EXPECT_EQ(add(*meta, ""), 0);
-  EXPECT_EQ(add(*meta, path("in")), 2);
-  EXPECT_EQ(add(*meta, path("in/")), 0);
-  EXPECT_EQ(add(*meta, path("in/sub/../good.txt")), 0);
+  EXPECT_EQ(meta->Add(path("missing.txt").c_str()), 0);
+  EXPECT_EQ(meta->Add(longName.c_str()), 0);
+  EXPECT_EQ(meta->Add(""), 0);
+  EXPECT_EQ(meta->Add(path("in").c_str()), 2);
+  EXPECT_EQ(meta->Add(path("in/").c_str()), 0);
+  EXPECT_EQ(meta->Add(path("in/sub/../good.txt").c_str()), 0);
   meta->DoneAddingDocs();
 
   const std::string twice = " is a directory that has already been added - not added again";
@@ -204,7 +195,7 @@ TEST_F(DcMetaIndexCreatorTest, BadInputIsToldAndTheRestIsAdded) {
 TEST_F(DcMetaIndexCreatorTest, NothingAcceptedThrows) {
   const std::string feed = write("x.feed", "X|\n");
   auto meta = creator();
-  EXPECT_EQ(add(*meta, feed), 0);
+  EXPECT_EQ(meta->Add(feed.c_str()), 0);
   EXPECT_EQ(thrownBy([&] { meta->DoneAddingDocs(); }),
             "ListCr: no valid files added to index - no index built");
   for (const char* suffix : {".idx", ".lst", ".lpt", ".dir"}) {
@@ -215,8 +206,8 @@ TEST_F(DcMetaIndexCreatorTest, NothingAcceptedThrows) {
 TEST_F(DcMetaIndexCreatorTest, AddingToAnIndexGoesOnBehindTheTrailer) {
   const std::string first = write("a.feed", "t|one\nt|two\n"), second = write("b.page", "h|b");
   auto meta = creator();
-  add(*meta, first);
-  add(*meta, second);
+  meta->Add(first.c_str());
+  meta->Add(second.c_str());
   meta->DoneAddingDocs();
   meta.reset();
 
@@ -226,8 +217,8 @@ TEST_F(DcMetaIndexCreatorTest, AddingToAnIndexGoesOnBehindTheTrailer) {
   const DocPair removed = meta->Remove(first.c_str());
   EXPECT_EQ(removed.low, 0);
   EXPECT_EQ(removed.high, 1);
-  EXPECT_EQ(add(*meta, second), 0);
-  EXPECT_EQ(add(*meta, write("c.page", "h|cc")), 1);
+  EXPECT_EQ(meta->Add(second.c_str()), 0);
+  EXPECT_EQ(meta->Add(write("c.page", "h|cc").c_str()), 1);
   meta->DoneAddingDocs();
 
   const std::vector<int32_t> rows = integers(root_ + ".idx");
@@ -249,7 +240,7 @@ TEST_F(DcMetaIndexCreatorTest, FullDiskThrows) {
     symlink("/dev/full", (root_ + suffix).c_str());
     auto meta = creator();
     const std::string thrown = thrownBy([&] {
-      add(*meta, path("in"));
+      meta->Add(path("in").c_str());
       meta->DoneAddingDocs();
     });
     EXPECT_NE(thrown.find("could not be written"), std::string::npos) << suffix << " " << thrown;

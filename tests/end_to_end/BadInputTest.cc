@@ -18,7 +18,6 @@ namespace vandrelle::test {
 namespace {
 
 using Arguments = std::vector<std::string>;
-namespace fs = std::filesystem;
 
 constexpr int kGoodPages = 3;
 

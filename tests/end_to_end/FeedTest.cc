@@ -5,9 +5,6 @@
 namespace vandrelle::test {
 namespace {
 
-namespace fs = std::filesystem;
-using Texts = std::vector<std::string>;
-
 const fs::path kExamples = VANDRELLE_SOURCE_DIR "/examples/feeds";
 
 class FeedTest : public ::testing::Test {

@@ -11,9 +11,6 @@
 namespace vandrelle::test {
 namespace {
 
-namespace fs = std::filesystem;
-using Texts = std::vector<std::string>;
-
 class IndexRunTest : public ::testing::Test {
  protected:
   IndexRunTest() {

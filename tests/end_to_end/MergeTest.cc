@@ -10,8 +10,6 @@
 namespace vandrelle::test {
 namespace {
 
-namespace fs = std::filesystem;
-using Texts = std::vector<std::string>;
 using Files = std::map<std::string, std::string>;  // name to bytes
 
 std::string page(const std::string& title, const std::string& text) {

@@ -18,6 +18,9 @@
 
 namespace vandrelle::test {
 
+namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
+
 // The options that name the stem and stop tables of the build.
 inline const std::vector<std::string> kTables{"-stem", VANDRELLE_BIN_DIR "/../table/stem.tbl",
                                               "-stop", VANDRELLE_BIN_DIR "/../table/stop"};

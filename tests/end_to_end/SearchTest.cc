@@ -11,8 +11,6 @@
 namespace vandrelle::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 class SearchTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {

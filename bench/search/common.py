@@ -3,9 +3,19 @@
 import html
 import re
 import subprocess
+import sys
 from collections import Counter
 
 TITLE = re.compile(rb"<title[^>]*>(.*?)</title>", re.IGNORECASE | re.DOTALL)
+
+
+def arguments(usage, needed):
+    """The command line; if it has fewer than `needed` arguments, ends with the usage."""
+    given = sys.argv[1:]
+    if len(given) < needed:
+        print(usage, file=sys.stderr, end="")
+        sys.exit(2)
+    return given
 
 
 def titles(list_file):

@@ -12,9 +12,8 @@ of the same pages: `swish-e -S fs -i DIR -f INDEX`, with IndexContents HTML* .ht
 
 import re
 import subprocess
-import sys
 
-from common import Search, titles
+from common import arguments, Search, titles
 
 
 def ask_swish(index, title):
@@ -29,7 +28,7 @@ def ask_swish(index, title):
 
 
 def main():
-    program, index, list_file, *options = sys.argv[1:]
+    program, index, list_file, *options = arguments(__doc__, 3)
     if program.endswith("swish-e"):
         answer = lambda title: ask_swish(index, title)
     else:

@@ -9,14 +9,13 @@ the answer read; and the time that a start on the index takes with no query.
 import random
 import re
 import subprocess
-import sys
 import time
 
-from common import Search, titles
+from common import arguments, Search, titles
 
 
 def main():
-    program, root, list_file, *options = sys.argv[1:]
+    program, root, list_file, *options = arguments(__doc__, 3)
     draw = random.Random(20)
     words = sorted({w for _, title in titles(list_file) for w in re.findall(r"[A-Za-z]{2,}", title)})
     queries = [" ".join(draw.sample(words, draw.randint(1, 4))) for _ in range(1000)]

@@ -15,9 +15,8 @@ import pathlib
 import random
 import re
 import subprocess
-import sys
 
-from common import Search, titles
+from common import arguments, Search, titles
 
 ROUNDING = 1e-5
 
@@ -46,7 +45,7 @@ def same(answer, other):
 
 
 def main():
-    programs, list_file, folder, *tables = sys.argv[1:]
+    programs, list_file, folder, *tables = arguments(__doc__, 3)
     count = int(tables.pop(0)) if tables and tables[0].isdigit() else 8
     programs, folder = pathlib.Path(programs), pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)

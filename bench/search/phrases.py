@@ -14,14 +14,14 @@ import subprocess
 import sys
 import time
 
-from common import Search
+from common import arguments, Search
 
 PHRASES = 200
 LONGEST = 6  # words
 
 
 def main():
-    program, lexed_words, root, *options = sys.argv[1:]
+    program, lexed_words, root, *options = arguments(__doc__, 3)
     lines = subprocess.run([lexed_words, root], stdout=subprocess.PIPE, check=True).stdout
     pages = [b" " + line for line in lines.split(b"\n")[:-1]]
 

@@ -2,7 +2,7 @@
 
 namespace vandrelle {
 
-bool readFieldNames(std::istream& is, std::vector<DcFieldName>* names) {
+bool getNames(std::istream& is, std::vector<DcFieldName>* names) {
   uint32 position = 0;
   std::string name;
   for (int c = is.get(); c != std::istream::traits_type::eof(); c = is.get()) {

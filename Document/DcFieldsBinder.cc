@@ -56,7 +56,7 @@ bool DcFieldsBinder::openSlow(const char* root) {
   numDocuments_ = static_cast<int>(size / DcFieldsCreator::kPtrBytes);
 
   std::vector<DcFieldName> names;
-  if (!readFieldNames(isnam, &names)) return false;
+  if (!getNames(isnam, &names)) return false;
   for (const DcFieldName& field : names) {
     ptr2nam_[field.position] = field.name;
     nam2ptr_.emplace(field.name, field.position);

@@ -31,48 +31,48 @@ bool openAtEnd(std::fstream& file, const char* path, int okexist, uint32* size) 
 
 }  // namespace
 
-DcFieldsCreator::DcFieldsCreator(const char* root, int okexist) : names_(Fd::Table(kNamesHint)) {
+DcFieldsCreator::DcFieldsCreator(const char* root, int okexist) : names(Fd::Table(kNamesHint)) {
   valid_ = open(root, okexist);
 }
 
 bool DcFieldsCreator::open(const char* root, int okexist) {
   const NameManager name(root, 20);
-  if (!openAtEnd(osmain_, name.suffix(".fld.ptr"), okexist, &mainEnd_)) return false;
-  if (!openAtEnd(oslist_, name.suffix(".fld.lst"), okexist, &listEnd_)) return false;
-  osval_.open(name.suffix(".fld.val"), kReadWriteAtEnd);
-  if (!osval_.isOpen()) return false;
-  if (!openAtEnd(osnam_, name.suffix(".fld.nam"), okexist, &nameEnd_)) return false;
+  if (!openAtEnd(osmain, name.suffix(".fld.ptr"), okexist, &mainEnd_)) return false;
+  if (!openAtEnd(oslist, name.suffix(".fld.lst"), okexist, &listEnd_)) return false;
+  osval.open(name.suffix(".fld.val"), kReadWriteAtEnd);
+  if (!osval.isOpen()) return false;
+  if (!openAtEnd(osnam, name.suffix(".fld.nam"), okexist, &nameEnd_)) return false;
   if (nameEnd_ > 0) {
     std::vector<DcFieldName> known;
-    osnam_.seekg(0);
-    if (!readFieldNames(osnam_, &known)) return false;
-    for (const DcFieldName& field : known) names_.insert(field.name.c_str(), field.position);
-    osnam_.clear();
-    osnam_.seekp(0, std::ios::end);
+    osnam.seekg(0);
+    if (!getNames(osnam, &known)) return false;
+    for (const DcFieldName& field : known) names.insert(field.name.c_str(), field.position);
+    osnam.clear();
+    osnam.seekp(0, std::ios::end);
   }
   if (mainEnd_ % kPtrBytes != 0) return false;
   numDocuments_ = static_cast<int>(mainEnd_ / kPtrBytes);
-  listptr_ = listEnd_;
+  listptr = listEnd_;
   return true;
 }
 
 DcFieldsCreator::~DcFieldsCreator() {
   restoreTail();
-  if (osval_.isOpen()) osval_.close();
+  if (osval.isOpen()) osval.close();
 }
 
 void DcFieldsCreator::refreshValid() {
-  valid_ = valid_ && osmain_.good() && oslist_.good() && osnam_.good() && osval_.isOpen();
+  valid_ = valid_ && osmain.good() && oslist.good() && osnam.good() && osval.isOpen();
 }
 
 bool DcFieldsCreator::namePosition(const char* fieldName, uint32* nampos) {
-  if (names_.find(fieldName, *nampos)) return true;
+  if (names.find(fieldName, *nampos)) return true;
   if (nameEnd_ >= kNameLimit) return false;
   *nampos = nameEnd_;
   const std::size_t bytes = std::strlen(fieldName) + 1;
-  osnam_.write(fieldName, static_cast<std::streamsize>(bytes));
+  osnam.write(fieldName, static_cast<std::streamsize>(bytes));
   nameEnd_ += static_cast<uint32>(bytes);
-  names_.insert(fieldName, *nampos);
+  names.insert(fieldName, *nampos);
   return true;
 }
 
@@ -84,14 +84,14 @@ void DcFieldsCreator::add(const char* fieldName, const char* fieldValue) {
     valid_ = false;
     return;
   }
-  if (listEnd_ == listptr_) nampos |= kFirstRecord;
-  const StStoragePos valpos = osval_.tell();
-  osval_.write(fieldValue, static_cast<unsigned>(std::strlen(fieldValue) + 1));
+  if (listEnd_ == listptr) nampos |= kFirstRecord;
+  const StStoragePos valpos = osval.tell();
+  osval.write(fieldValue, static_cast<unsigned>(std::strlen(fieldValue) + 1));
   char record[kRecordBytes];
   storeU16(record, static_cast<std::uint16_t>(nampos));
   storeU32(record + 2, valpos.Hi());
   storeU32(record + 6, valpos.Lo());
-  oslist_.write(record, kRecordBytes);
+  oslist.write(record, kRecordBytes);
   listEnd_ += kRecordBytes;
   refreshValid();
 }
@@ -100,25 +100,25 @@ void DcFieldsCreator::endDoc() {
   if (!valid_) return;
   ++numDocuments_;
   char entry[kPtrBytes];
-  storeU32(entry, listEnd_ != listptr_ ? listptr_ : kNoFields);
-  osmain_.write(entry, kPtrBytes);
+  storeU32(entry, listEnd_ != listptr ? listptr : kNoFields);
+  osmain.write(entry, kPtrBytes);
   mainEnd_ += kPtrBytes;
-  listptr_ = listEnd_;
+  listptr = listEnd_;
   refreshValid();
 }
 
 void DcFieldsCreator::flush() {
   if (!valid_) return;
-  osmain_.flush();
-  oslist_.flush();
-  osnam_.flush();
-  osval_.flush();
+  osmain.flush();
+  oslist.flush();
+  osnam.flush();
+  osval.flush();
   refreshValid();
 }
 
 void DcFieldsCreator::restoreTail() {
   if (mainbuf_.empty()) return;
-  osmain_.write(mainbuf_.data(), static_cast<std::streamsize>(mainbuf_.size()));
+  osmain.write(mainbuf_.data(), static_cast<std::streamsize>(mainbuf_.size()));
   mainEnd_ += static_cast<uint32>(mainbuf_.size());
   mainbuf_.clear();
 }
@@ -131,9 +131,9 @@ bool DcFieldsCreator::gotoDoc(int docnum) {
   if (documents == docnum) return true;
   const uint32 place = static_cast<uint32>(docnum) * kPtrBytes;
   mainbuf_.resize(mainEnd_ - place);
-  osmain_.seekg(place);
-  osmain_.read(mainbuf_.data(), static_cast<std::streamsize>(mainbuf_.size()));
-  osmain_.seekp(place);
+  osmain.seekg(place);
+  osmain.read(mainbuf_.data(), static_cast<std::streamsize>(mainbuf_.size()));
+  osmain.seekp(place);
   mainEnd_ = place;
   refreshValid();
   return valid_;

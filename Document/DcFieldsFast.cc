@@ -108,12 +108,12 @@ bool DcFieldsBinder::createFastIdx(const char* sroot, const char* droot) {
 bool DcFieldsBinder::fastFilesOn(const char* root) {
   if (!fastFileRoot_.empty() && fastFileRoot_ == root) return true;
   fastFilesOff();
-  if (openFast(root)) return true;
+  if (getFastFiles(root)) return true;
   fastFilesOff();
   return false;
 }
 
-bool DcFieldsBinder::openFast(const char* root) {
+bool DcFieldsBinder::getFastFiles(const char* root) {
   const NameManager name(root, 20);
   for (const char* suffix : {".fidx", ".fdat", ".fnam"}) {
     if (!SysTools::fileExists(name.suffix(suffix))) return false;
@@ -130,7 +130,7 @@ bool DcFieldsBinder::openFast(const char* root) {
 
   DcSourceStream nameFile;
   std::vector<DcFieldName> names;
-  if (!nameFile.open(name.suffix(".fnam")) || !readFieldNames(nameFile, &names)) return false;
+  if (!nameFile.open(name.suffix(".fnam")) || !getNames(nameFile, &names)) return false;
   for (const DcFieldName& field : names) numToName_.push_back(field.name);
 
   fastIdx_ = std::make_unique<SysToolsMapObject>(name.suffix(".fidx"), 0, 0);

@@ -64,7 +64,7 @@ void addChosenFields(DcFieldsBinder* source, DcFieldsCreator* target, int doc, F
 
 }  // namespace
 
-bool DcFieldsCreator::permute(const std::function<uint32(uint32)>& perm, const char* root) {
+bool DcFieldsCreator::permute(const unary_fct<uint32, uint32>& perm, const char* root) {
   const NameManager name(root, 20);
   const std::string path = name.suffix(".fld.ptr");
   std::ifstream in(path, std::ios::binary);

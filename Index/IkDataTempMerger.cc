@@ -30,7 +30,7 @@ void IkDataTempMerger::addIndex(const char* rootname) {
 void IkDataTempMerger::addTempFile(const char* srcfile) {
   if (access(srcfile, R_OK) != 0) return;
   std::string prox;
-  if (recordProximity_) prox = IkIndexer::IkProxfileName(srcfile);
+  if (recordProximity_) prox = IkProxfileName(srcfile);
   objectList_.push_back(
       std::make_unique<IkMergeTempfile>(srcfile, recordProximity_ ? prox.c_str() : nullptr));
 }

@@ -94,7 +94,7 @@ void IkIndexer::enterTerm(const PendingTerm& term) {
   }
   // As many positions as the file can count, so that its readers stay in step.
   if (recordProximity_ && entry.count <= IkTempfile::kMaxCount) addPosition(entry, term.pos);
-  if (bytesUsed_ > kMaxBytesUsed && chunk != lastDoc_) flushToFile();
+  if (bytesUsed_ > maxBytesUsed_ && chunk != lastDoc_) flushToFile();
   lastDoc_ = chunk;
 }
 
@@ -205,7 +205,7 @@ void IkIndexer::compile(const std::vector<std::string>& tempfiles) {
   writeInfo();
 }
 
-std::string IkIndexer::IkProxfileName(const char* tmpname) {
+std::string IkProxfileName(const char* tmpname) {
   std::string name(tmpname);
   const std::size_t place = name.rfind(".tmp");
   if (place == std::string::npos) THROW(Ik, "Filename does not contain .tmp");

@@ -55,7 +55,7 @@ void IkLocalRetriever::computeResultNormal(IkRetrieverInput* input, PrSparseNode
   for (int doc = findNextDoc(); doc >= 0 && doc <= maxDocs_; doc = findNextDoc()) {
     if (!query_.composites.empty()) {
       if (rowListValid_ && virtmap_ != nullptr) {
-        calculateListedVirtualTerms();
+        calculateVirtualTerms();
       } else {
         calculateVirtualTerms(doc);
       }
@@ -150,7 +150,7 @@ void IkLocalRetriever::calculateVirtualTerms(int doc) {
   }
 }
 
-void IkLocalRetriever::calculateListedVirtualTerms() {
+void IkLocalRetriever::calculateVirtualTerms() {
   int freqs[kMaxListSize];
   const std::size_t listed = rowList_.size();
   const int* const rows = rowList_.data();

@@ -12,8 +12,8 @@ namespace {
 
 // A document is taken as words of 7 characters, and no word counts for more
 // than a tenth of them.
-constexpr float kCharsPerWord = 7.0f;
-constexpr float kMaxDensity = 0.1f;
+constexpr float CharsPerWord = 7.0f;
+constexpr float MaxDensity = 0.1f;
 
 }  // namespace
 
@@ -38,7 +38,7 @@ void IkSimilarity::bind(const IkIndexInfo* info) {
                static_cast<uint32>(info->numDeletedChunks));
   minDocumentLength = info->minDocumentLength;
   normScale = 255.0f / (1.0f / std::sqrt(minDocumentLength));
-  constexpr float wordsPerChar = kMaxDensity / kCharsPerWord;
+  constexpr float wordsPerChar = MaxDensity / CharsPerWord;
   for (int i = 0; i < 256; ++i) {
     normDecoder[i] = static_cast<float>(i) / normScale;
     const float root = 1.0f / normDecoder[i];

@@ -18,7 +18,7 @@ struct DcFieldName {
 
 // Reads names to the end of the stream, in order. False when the last one has no
 // NUL or the stream fails.
-bool readFieldNames(std::istream& is, std::vector<DcFieldName>* names);
+bool getNames(std::istream& is, std::vector<DcFieldName>* names);
 
 // A position in 5 bytes: the low 8 bits of the high word, then the low word.
 constexpr int kFastPositionBytes = 5;

@@ -86,7 +86,7 @@ class DcFieldsBinder {
 
  private:
   bool openSlow(const char* root);
-  bool openFast(const char* root);
+  bool getFastFiles(const char* root);
   void refreshValid();
   // The next record of the document in hand; false at its end.
   bool getFieldPos(std::uint16_t* nampos, StStoragePos* valpos);

@@ -32,6 +32,9 @@ class DcFieldBag;
 class FdBag;
 class IkMergeDeleter;
 
+template <typename Argument, typename Result>
+using unary_fct = std::function<Result(Argument)>;
+
 class DcFieldsCreator {
  public:
   static constexpr uint32 kNoFields = 0xFFFFFFFF;
@@ -65,7 +68,7 @@ class DcFieldsCreator {
 
   // Operations on whole databases; true on success.
   // Puts document perm(i) in place i.
-  static bool permute(const std::function<uint32(uint32)>& perm, const char* root);
+  static bool permute(const unary_fct<uint32, uint32>& perm, const char* root);
   static bool copy(const char* src_root, const char* dst_root);
   static bool remove(const char* root);
   // Inserts the documents of `src_root` into `dst_root` in front of number
@@ -85,12 +88,12 @@ class DcFieldsCreator {
 
   int numDocuments_ = 0;
   bool valid_ = false;
-  uint32 listptr_ = 0;  // where the current document's records begin
-  std::fstream osmain_;
-  std::fstream oslist_;
-  std::fstream osnam_;
-  StStorageStream osval_;
-  FdSCBag<uint32> names_;
+  uint32 listptr = 0;  // where the current document's records begin
+  std::fstream osmain;
+  std::fstream oslist;
+  std::fstream osnam;
+  StStorageStream osval;
+  FdSCBag<uint32> names;
   uint32 mainEnd_ = 0;  // write positions, so that streams needn't be asked
   uint32 listEnd_ = 0;
   uint32 nameEnd_ = 0;

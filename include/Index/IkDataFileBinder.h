@@ -20,13 +20,13 @@ namespace vandrelle {
 // storage does.
 class IkDataRowBuffer {
  public:
-  IkDataRowBuffer(const unsigned char* data, const StStorageHandle& buffer)
+  IkDataRowBuffer(const unsigned char* data, const StBuffer& buffer)
       : data_(data), buffer_(buffer) {}
   const unsigned char* data() const { return data_; }
 
  private:
   const unsigned char* data_;
-  StStorageHandle buffer_;
+  StBuffer buffer_;
 };
 
 class IkDataFileBinder {

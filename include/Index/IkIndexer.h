@@ -19,12 +19,12 @@ namespace vandrelle {
 
 class IkMergeObject;
 
+// The name of the file of positions beside a temporary file: ".tmp" becomes
+// ".prx". Throws _Exception_Ik if there is no ".tmp" in it.
+std::string IkProxfileName(const char* tmpname);
+
 class IkIndexer : public IkCreatorImpl {
  public:
-  // The table is written out at the first term of the chunk after the one in
-  // which it passed this many bytes, by the accounting of newEntry().
-  static constexpr int kMaxBytesUsed = 0x400000;
-
   explicit IkIndexer(const char* rootname);
   // Compiles the index if the table holds terms.
   ~IkIndexer() override;
@@ -69,11 +69,11 @@ class IkIndexer : public IkCreatorImpl {
   // 16 MB: that is the limit of one word's pairs, 8 bytes each, in one file.
   static std::size_t allocsize(std::size_t n);
 
-  // The name of the file of positions beside a temporary file: ".tmp" becomes
-  // ".prx". Throws _Exception_Ik if there is no ".tmp" in it.
-  static std::string IkProxfileName(const char* tmpname);
-
  private:
+  // The table is written out at the first term of the chunk after the one in
+  // which it passed this many bytes, by the accounting of newEntry().
+  static constexpr int maxBytesUsed_ = 0x400000;
+
   // What the positions of one word take while the table is filled.
   using Positions = std::vector<int>;
 

@@ -147,7 +147,7 @@ class IkLocalRetriever : public IkRetriever {
   int findNextDoc();
   void advanceMatching(int doc);
   void calculateVirtualTerms(int doc);
-  void calculateListedVirtualTerms();
+  void calculateVirtualTerms();  // of the rows listed by findNextDoc()
   bool matchesQuery(int doc);
   void docScore(int doc, float& score, int& count);
   void stepRow(int row);

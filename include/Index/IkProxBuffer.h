@@ -47,7 +47,7 @@ class IkProxBuffer {
  private:
   [[noreturn]] static void pastEnd();
 
-  StStorageHandle buffer_;
+  StBuffer buffer_;
   const unsigned char* data_ = nullptr;
   const unsigned char* end_ = nullptr;
   uint32 lastpos_ = 0;

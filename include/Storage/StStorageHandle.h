@@ -42,6 +42,8 @@ class StStorageHandle {
   StStorageBuffer* buffer_ = nullptr;
 };
 
+// Short names: a handle on a place in a storage, and on bytes that are kept.
 using StHandle = StStorageHandle;
+using StBuffer = StStorageHandle;
 
 }  // namespace vandrelle

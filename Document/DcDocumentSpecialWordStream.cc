@@ -19,12 +19,13 @@ bool DcDocumentSpecialWordStream::more() {
   return pos_ != nullptr || (original_ != nullptr && original_->more());
 }
 
-void DcDocumentSpecialWordStream::next() {
+int DcDocumentSpecialWordStream::next() {
   if (pos_ != nullptr) {
     pos_ = pos_->next;
   } else if (original_ != nullptr) {
     original_->next();
   }
+  return more();
 }
 
 void* DcDocumentSpecialWordStream::key() {

@@ -200,7 +200,7 @@ char* VymFieldFinder::firstSentences(const char* body) {
 // is, and the value comes from the first "content" behind that tag. And where no
 // description follows the first tag none follows a later one, so the text is
 // searched once, however many tags it has.
-char* VymFieldFinder::getDescription(const char* buffer) {
+char* VymFieldFinder::getDescription(char* buffer) {
   const char* tag = nextMeta(buffer);
   if (tag == nullptr || !metareg_.matches(tag)) return nullptr;
   const char* content = findIgnoringCase(tag, "CONTENT");

@@ -46,10 +46,9 @@ class VymFieldFinder : public DcFieldFinder {
   // Where a quality summary puts its work files; null for the default. Copied.
   void sroot(const char* root);
 
- protected:
   // The value of the description that a page declares, quotes replaced by blanks,
-  // or null. `buffer` ends with a zero.
-  virtual char* getDescription(const char* buffer);
+  // or null. `buffer` ends with a zero and stays as it is.
+  virtual char* getDescription(char* buffer);
 
   // Makes blanks of line feeds, carriage returns, tabs and form feeds, in place.
   // Answers `buffer`, which may be null.

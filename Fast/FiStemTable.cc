@@ -68,8 +68,12 @@ void FiStemTable::bind(const char* filename, int wr, int map) {
   } else {
     readHeader(filename);
   }
-  bucketbits_ = static_cast<int>(std::bit_width(static_cast<unsigned>(buckets_)));
+  setbucketbits();
   numblocks_ = buckets_;
+}
+
+void FiStemTable::setbucketbits() {
+  bucketbits_ = static_cast<int>(std::bit_width(static_cast<unsigned>(buckets_)));
 }
 
 void FiStemTable::writeHeader() {

@@ -72,7 +72,10 @@ FdBDBMIterator::FdBDBMIterator(FdBDBMTable* table) : table_(table) { FdBDBMItera
 
 void FdBDBMIterator::reset() { move(R_FIRST); }
 
-void FdBDBMIterator::next() { move(R_NEXT); }
+int FdBDBMIterator::next() {
+  move(R_NEXT);
+  return more();
+}
 
 void FdBDBMIterator::move(unsigned how) {
   DBT key = thing(nullptr, 0);

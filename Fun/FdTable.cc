@@ -81,9 +81,10 @@ void FdTableIterator::reset() {
   skipEmpty();
 }
 
-void FdTableIterator::next() {
+int FdTableIterator::next() {
   pair_ = pair_->next();
   skipEmpty();
+  return pair_ != nullptr;
 }
 
 void FdTableIterator::skipEmpty() {

@@ -24,12 +24,13 @@ void TkTokenStream::reset() {
   next();
 }
 
-void TkTokenStream::next() {
+int TkTokenStream::next() {
   std::swap(thisword_, nextword_);
   info_.wordNum = currentWordNum_;
   info_.offset = static_cast<std::uint32_t>(currentWordOffset_);
   nextToken()->makeInvalid();
   nextImpl();
+  return more();
 }
 
 void TkTokenStream::nextImpl() {

@@ -15,7 +15,7 @@ class DcDocumentSpecialWordStream : public FdStream {
 
   void reset() override;
   bool more() override;
-  void next() override;
+  int next() override;
   void* key() override;
   int keySize() override;
   void key(void* buffer, int* size) override;

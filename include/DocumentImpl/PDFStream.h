@@ -23,7 +23,7 @@ class PDFStream : public FdStream {
 
   void reset() override {}
   bool more() override { return false; }
-  void next() override {}
+  int next() override { return 0; }
   void* key() override { return nullptr; }
   int keySize() override { return 0; }
   void key(void* /*place*/, int* /*size*/) override {}

@@ -85,6 +85,7 @@ class FiStemTable {
   int placeEntry(int startblock, int size);
   void readHeader(const char* filename);
   void writeHeader();
+  void setbucketbits();
   // Calls take(number, bytes, used) for each block of the chain at `first` that
   // can be read, until it answers false or the chain ends.
   template <typename Take>

@@ -50,7 +50,7 @@ class FdBDBMIterator : public FdIterator {
 
   void reset() override;
   bool more() override { return more_ != 0; }
-  void next() override;
+  int next() override;
   using FdStream::data;
   using FdStream::key;
   void* key() override { return key_.data(); }

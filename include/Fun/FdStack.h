@@ -77,7 +77,10 @@ class FdIteratorImpl : public FdIterator {
 
   void reset() override { pair_ = list_->head_; }
   bool more() override { return pair_ != nullptr; }
-  void next() override { pair_ = pair_->next(); }
+  int next() override {
+    pair_ = pair_->next();
+    return pair_ != nullptr;
+  }
   void* key() override { return pair_->key(); }
   int keySize() override { return pair_->keySize(); }
   void key(void* place, int* size) override { pair_->copyKey(place, size); }

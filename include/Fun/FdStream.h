@@ -17,7 +17,8 @@ class FdStream {
 
   // Is there a current pair? key() and data() may be asked only while it is so.
   virtual bool more() = 0;
-  virtual void next() = 0;
+  // Answers more().
+  virtual int next() = 0;
 
   // The current key, owned by the stream and valid until next() or reset().
   virtual void* key() = 0;

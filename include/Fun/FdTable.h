@@ -66,7 +66,7 @@ class FdTableIterator : public FdIterator {
 
   void reset() override;
   bool more() override { return pair_ != nullptr; }
-  void next() override;
+  int next() override;
   void* key() override { return pair_->key(); }
   int keySize() override { return pair_->keySize(); }
   void key(void* place, int* size) override { pair_->copyKey(place, size); }

@@ -156,7 +156,7 @@ class FdStreamWrapper : public FdWrapper {
   FdStream* stream() const { return stream_; }
   void reset() { stream_->reset(); }
   bool more() { return stream_->more(); }
-  void next() { stream_->next(); }
+  int next() { return stream_->next(); }
 
  protected:
   FdStream* stream_;

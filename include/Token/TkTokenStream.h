@@ -37,7 +37,7 @@ class TkTokenStream : public FdStream {
 
   void reset() override;
   bool more() override { return thisword_[0] != 0; }
-  void next() override;
+  int next() override;
   // Null and size 0 at the end.
   void* key() override { return more() ? thisword_ : nullptr; }
   int keySize() override { return static_cast<unsigned char>(thisword_[0]) + (more() ? 1 : 0); }

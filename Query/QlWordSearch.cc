@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "Index/IkIdfCache.h"
+#include "Index/IkDataFileBinder.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkLocalRetriever.h"
@@ -144,8 +144,10 @@ void QlWordSearch::fill(const QlWords& words) {
     if (asked.stopped && !onlyStopWords) continue;
     stems_.insert(asked.stem);
     const std::vector<WmMagicWord> dimension = members(asked);
-    const float weight = asked.weight * idf(dimension);
-    for (const WmMagicWord& word : dimension) titles_->ask(*word, dimensions, weight);
+    const float idf = idfOf(dimension);
+    for (const WmMagicWord& word : dimension) {
+      titles_->ask(*word, dimensions, asked.weight * idf);
+    }
     ++dimensions;
     if (dimension.size() == 1) {
       input.add(dimension[0].word(), asked.weight);
@@ -155,6 +157,7 @@ void QlWordSearch::fill(const QlWords& words) {
     // rare ones among them may be condensed into one row.
     IkRetrieverInput::TermData* const term = input.newVirtualTerm();
     term->weight = asked.weight;
+    term->idf = idf;
     for (const WmMagicWord& word : dimension) input.addVirtual(term->number, word.word(), 0.0f);
   }
 }
@@ -178,15 +181,24 @@ std::vector<WmMagicWord> QlWordSearch::members(const QlWords::Asked& asked) cons
   return words;
 }
 
-// Of all words together, as the retriever has it.
-float QlWordSearch::idf(const std::vector<WmMagicWord>& dimension) const {
-  const IkSimilarity& similarity = binder_->localRetriever()->Similarity();
-  int documents = 0;
+// Of the documents that hold any of the words. The sum of the words' own counts, which
+// the retriever would take, counts most documents of a common concept several times:
+// beyond the number of all documents its idf falls below 0, and nothing matches.
+float QlWordSearch::idfOf(const std::vector<WmMagicWord>& dimension) const {
+  IkDataFileBinder& rows = *binder_->indexData(0, 1);
+  std::vector<bool> holds(static_cast<std::size_t>(numDocuments()));
   for (const WmMagicWord& word : dimension) {
-    const float idf = binder_->idfCache()->idf(*word);
-    documents += idf > 0 ? similarity.InverseIDF(idf) : 1;
+    StStoragePos row;
+    if (!binder_->wordTable()->lookup(word.word(), row)) continue;
+    rows.seek(row);
+    if (rows.tell() != row) continue;  // damage: there is no row
+    rows.unpackPairs([&](int document, int) {
+      const auto place = static_cast<std::size_t>(document);
+      if (place < holds.size()) holds[place] = true;
+    });
   }
-  return similarity.IDF(documents);
+  const auto documents = static_cast<int>(std::count(holds.begin(), holds.end(), true));
+  return binder_->localRetriever()->Similarity().IDF(std::max(documents, 1));
 }
 
 bool QlWordSearch::matches(const WmWord& word) const {

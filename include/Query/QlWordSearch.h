@@ -95,7 +95,7 @@ class QlWordSearch {
  private:
   void fill(const QlWords& words);
   std::vector<WmMagicWord> members(const QlWords::Asked& asked) const;
-  float idf(const std::vector<WmMagicWord>& dimension) const;
+  float idfOf(const std::vector<WmMagicWord>& dimension) const;
   std::unique_ptr<PrSparseReadonly> best(const PrSparseReadonly& found, int count, int* matches);
 
   IkLocalIndexBinder* binder_;

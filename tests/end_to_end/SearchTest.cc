@@ -24,10 +24,10 @@ class SearchTest : public ::testing::Test {
 
   static std::string root() { return *folder_ / "index"; }
 
-  static ProgramRun search(const std::vector<std::string>& arguments,
-                           const std::string& input = "") {
+  static ProgramRun search(const std::vector<std::string>& arguments, const std::string& input = "",
+                           const std::string& index = root()) {
     writeFile(*folder_ / "queries", input);
-    const std::vector<std::string> options = {"-R", root()};
+    const std::vector<std::string> options = {"-R", index};
     return run(*folder_, "vandrelleSearch", options + kTables + arguments, "/nonexistent",
                *folder_ / "queries");
   }
@@ -112,6 +112,21 @@ TEST_F(SearchTest, ByExample) {
     central += static_cast<int>(group["central"].size());
   }
   EXPECT_GT(central, 3);
+}
+
+// Each page holds several words of the one stem, so that their counts together are
+// more than there are pages.
+TEST_F(SearchTest, WordsOfEveryPage) {
+  const std::string pages = *folder_ / "pages";
+  for (const char* rest : {"hose", "wall", "gate", "pond", "path"}) {
+    writeFile(pages + "/" + rest + ".html",
+              std::string("gardens and gardening in the garden with a ") + rest);
+  }
+  const std::string index = *folder_ / "common";
+  run(*folder_, "vandrelleIndex", std::vector<std::string>{"-R", index, "-html", pages} + kTables);
+  const auto answers = split(search({"-i", "-plain"}, "garden\ngarden hose\n", index).output, '\n');
+  ASSERT_EQ(answers.size(), 12u);
+  EXPECT_NE(answers[6].find("hose.html"), std::string::npos) << answers[6];
 }
 
 TEST_F(SearchTest, HostileQueriesGetALineAndAnEmptyAnswer) {

@@ -39,11 +39,13 @@ void takeWeighted(FdBag* bag, Take take) {
   }
 }
 
-// A group's vector may name a word twice.
-std::vector<QlWeightedWord> wordsOf(QlGatherResult& groups, int number) {
+// A group's vector may name a word twice, and stop words.
+std::vector<QlWeightedWord> wordsOf(const QlSearcher& searcher, QlGatherResult& groups,
+                                    int number) {
   std::vector<QlWeightedWord> words;
-  takeWeighted(groups.summaryWords(number, 2 * kWordsOfAGroup), [&](void* key, float weight) {
+  takeWeighted(groups.summaryWords(number, 4 * kWordsOfAGroup), [&](void* key, float weight) {
     const auto* word = static_cast<const WmWord*>(key);
+    if (searcher.isStopWord(*word)) return;
     const std::string text(word->letters(), static_cast<std::size_t>(word->num_letters()));
     const bool known = std::any_of(words.begin(), words.end(),
                                    [&](const auto& other) { return other.word == text; });
@@ -177,7 +179,7 @@ void AnswerDisplay::jsonGroup(int number, int documents, const std::vector<QlWei
 }
 
 void AnswerDisplay::group(QlGatherResult& groups, int number) {
-  const std::vector<QlWeightedWord> words = wordsOf(groups, number);
+  const std::vector<QlWeightedWord> words = wordsOf(searcher_, groups, number);
   const std::vector<QlHit> nearest = centralOf(groups, number);
   const int documents = groups.numDocs(number);
   if (form_ == Form::kJson) {

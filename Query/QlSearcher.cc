@@ -24,7 +24,7 @@
 namespace vandrelle {
 namespace {
 
-constexpr const char* kNoWords = "the query is empty";
+constexpr const char* kNoWords = "the query has no words to look for";
 constexpr int kCachedDigests = 10000;
 constexpr const char* kZeroByte = "the query holds a zero byte";
 const std::string kTooManyWords =
@@ -191,7 +191,7 @@ std::vector<QlWeightedWord> QlSearcher::importantWords(int document, int count) 
   for (int i = 0; i < digest->numWords() && digest->word_score(i) > 0; ++i) {
     if (static_cast<int>(words.size()) == count) break;
     const WmWord* word = binder_->wordTable()->word(digest->word_num(i));
-    if (word == nullptr) continue;
+    if (word == nullptr || isStopWord(*word)) continue;
     words.push_back({std::string(word->letters(), static_cast<std::size_t>(word->num_letters())),
                      digest->word_score(i)});
   }

@@ -28,6 +28,12 @@ bool isNumberOrLetter(const WmWord& word) {
   return std::any_of(word.letters(), word.letters() + word.num_letters(), character_class::isDigit);
 }
 
+// All that the lexer leaves of a word in letters that it doesn't know.
+bool isOneEntity(const WmWord& word) {
+  const char* const end = word.letters() + word.num_letters();
+  return *word.letters() == '&' && std::find(word.letters(), end, ';') == end - 1;
+}
+
 }  // namespace
 
 WmMagicWord QlWords::stemOf(TkStemmer* stemmer, const WmWord& word) {
@@ -37,8 +43,16 @@ WmMagicWord QlWords::stemOf(TkStemmer* stemmer, const WmWord& word) {
   return isNumberOrLetter(word) ? WmMagicWord(word) : WmMagicWord();
 }
 
+bool QlWords::isStopWord(TkStemmer* stemmer, const WmWord& word) {
+  WmLocalWord stem;
+  stemmer->stem(&word, stem.word());
+  return !stem->valid() && std::none_of(word.letters(), word.letters() + word.num_letters(),
+                                        character_class::isDigit);
+}
+
 bool QlWords::addText(std::string_view text, float weight) {
   for (const WmMagicWord& word : cut(text)) {
+    if (isOneEntity(*word)) continue;
     if (words_ == kMaxWords) return false;
     ++words_;
     add(*word, weight);
@@ -49,9 +63,13 @@ bool QlWords::addText(std::string_view text, float weight) {
 std::vector<WmMagicWord> QlWords::cut(std::string_view text) {
   TkPassStem asTyped;
   const std::unique_ptr<TkLexer> lexer(TkManager::SimpleTextLexer());
-  TkMemoryStream stream(&asTyped, lexer.get(), text.data(), text.size(), true);
+  // What the lexer makes of an accented letter that begins a word depends on whether
+  // another word stands before it, as on nearly all places of a page.
+  const std::string led = std::string("a ").append(text);
+  TkMemoryStream stream(&asTyped, lexer.get(), led.data(), led.size(), true);
   std::vector<WmMagicWord> words;
-  for (stream.reset(); stream.more() && words.size() <= kMaxWords; stream.next()) {
+  stream.reset();
+  while (stream.next() != 0 && words.size() <= kMaxWords) {
     words.emplace_back(static_cast<const WmWord*>(stream.key()));
   }
   return words;

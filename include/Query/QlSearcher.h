@@ -82,6 +82,8 @@ class QlSearcher {
   int numDocuments() const { return words_->numDocuments(); }
   // Does a word of a text belong to the words of the last query?
   bool matches(const WmWord& word) const { return words_->matches(word) || phrase_->matches(word); }
+  // One that says nothing of what a document is about.
+  bool isStopWord(const WmWord& word) const { return QlWords::isStopWord(stemmer_, word); }
   IkLocalIndexBinder& binder() { return *binder_; }
 
  private:

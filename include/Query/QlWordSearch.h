@@ -41,14 +41,16 @@ class QlWords {
   // Adds the words of a text, as cut() has them. False when there would be more than
   // kMaxWords; the rest is then left out.
   bool addText(std::string_view text, float weight);
-  // The words of a text in their order, cut by the lexer for plain text, up to one more
-  // than kMaxWords.
+  // The words of a text in their order, cut by the lexer for plain text as within a
+  // page, up to one more than kMaxWords.
   static std::vector<WmMagicWord> cut(std::string_view text);
   bool empty() const { return asked_.empty(); }
 
   // The word's stem; the word itself where it is a number or a letter; invalid for
   // a stop word.
   static WmMagicWord stemOf(TkStemmer* stemmer, const WmWord& word);
+  // Does the stemmer drop the word, and not because it is a number?
+  static bool isStopWord(TkStemmer* stemmer, const WmWord& word);
 
  private:
   friend class QlWordSearch;

@@ -63,7 +63,8 @@ TEST(Phrase, IsFoundByThePositionsOfItsWords) {
     std::sort(found.begin(), found.end());
     EXPECT_EQ(found, c.documents) << c.phrase[0];
   }
-  EXPECT_EQ(said("vandrelleSearch", {"-phrase", ",;"}, 1), "vandrelleSearch: the query is empty\n");
+  EXPECT_EQ(said("vandrelleSearch", {"-phrase", ",;"}, 1),
+            "vandrelleSearch: the query has no words to look for\n");
   EXPECT_NE(said("vandrelleSearch", {"-phrase"}, 2), "");
 }
 

@@ -118,15 +118,17 @@ TEST_F(SearchTest, ByExample) {
 // more than there are pages.
 TEST_F(SearchTest, WordsOfEveryPage) {
   const std::string pages = *folder_ / "pages";
-  for (const char* rest : {"hose", "wall", "gate", "pond", "path"}) {
+  for (const char* rest : {"hose", "wall", "gate", "pond", "étang"}) {
     writeFile(pages + "/" + rest + ".html",
               std::string("gardens and gardening in the garden with a ") + rest);
   }
   const std::string index = *folder_ / "common";
   run(*folder_, "vandrelleIndex", std::vector<std::string>{"-R", index, "-html", pages} + kTables);
-  const auto answers = split(search({"-i", "-plain"}, "garden\ngarden hose\n", index).output, '\n');
-  ASSERT_EQ(answers.size(), 12u);
+  const auto answers =
+      split(search({"-i", "-plain"}, "garden\ngarden hose\nétang\n", index).output, '\n');
+  ASSERT_EQ(answers.size(), 14u);
   EXPECT_NE(answers[6].find("hose.html"), std::string::npos) << answers[6];
+  EXPECT_NE(answers[12].find("étang.html"), std::string::npos) << answers[12];
 }
 
 TEST_F(SearchTest, HostileQueriesGetALineAndAnEmptyAnswer) {
@@ -157,8 +159,8 @@ TEST_F(SearchTest, WrongUse) {
   } kCases[] = {
       {{"-R", "/nonexistent/root", "bridge"}, 1, "/nonexistent/root"},
       {{"-stem", "/nonexistent/stem.tbl", "bridge"}, 1, "/nonexistent/stem.tbl"},
-      {{}, 1, "the query is empty"},
-      {{"...", "!"}, 1, "the query is empty"},
+      {{}, 1, "the query has no words to look for"},
+      {{"...", "!"}, 1, "the query has no words to look for"},
       {{"(and"}, 1, "This node requires at least two sub-nodes"},
       {{"-fast", "bridge"}, 2, "there is no option '-fast'"},
       {{"-n", "0", "bridge"}, 2, "-n takes a number from 1 on, not '0'"},

@@ -1,7 +1,9 @@
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "Fun/FdTable.h"
@@ -129,6 +131,12 @@ Outcome createQuietly(const char* rulefile, const char* ruletable) {
   FdTable table(kTableHint);
   TkSourceFault fault;
   if (!compile(is, &table, &fault)) return is.bad() ? Outcome::kNoSource : Outcome::kBadRule;
+  // What isn't a file, a device for one, must not be replaced by one.
+  std::error_code unknown;
+  if (std::filesystem::exists(ruletable, unknown) &&
+      !std::filesystem::is_regular_file(ruletable, unknown)) {
+    return Outcome::kNotWritten;
+  }
   // The former table stays until the new one is whole.
   const std::string unfinished = std::string(ruletable) + ".new";
   std::ofstream os(unfinished, std::ios::binary | std::ios::trunc);

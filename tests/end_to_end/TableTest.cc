@@ -1,5 +1,7 @@
 // vandrelleTable as a user runs it: what it compiles, shows and refuses.
 
+#include <sys/stat.h>
+
 #include "end_to_end/ProgramRun.h"
 
 namespace vandrelle::test {
@@ -41,6 +43,7 @@ TEST_F(TableTest, BrokenSourcesAreToldWithTheirPlace) {
 }
 
 TEST_F(TableTest, OtherFailures) {
+  ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
   const struct {
     std::vector<std::string> arguments;
     std::string message;
@@ -52,6 +55,8 @@ TEST_F(TableTest, OtherFailures) {
        "Can't open key file for writing: " + path("none/t.new.key")},
       {{"-stemsrc", path("source"), "-stem", path("none/t")},
        "The stemmer rules file could not be written: " + path("none/t")},
+      {{"-stemsrc", path("source"), "-stem", path("pipe")},
+       "The stemmer rules file could not be written: " + path("pipe")},
       {{"-show", "-stem", path("none"), "word"},
        "Error opening stemmer rules file " + path("none")},
   };

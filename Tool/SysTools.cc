@@ -183,9 +183,10 @@ bool SysTools::freeSpace(const char* filePath, int sizeInKbytes) {
     if (name.size() >= kMaxName) return false;
     name += "a3q";
   }
+  // Without its name already, so that a run killed here leaves nothing.
+  unlink(name.c_str());
   const bool written = writeKbytes(fd, sizeInKbytes);
   close(fd);
-  unlink(name.c_str());
   return written;
 }
 

@@ -232,7 +232,7 @@ bool Session::ask(const std::string& query) {
   QlAnswer answer;
   if (!(options_.phrase ? searcher_.askPhrase(query, options_.results, answer)
                         : searcher_.ask(query, options_.results, answer))) {
-    if (!searcher_.problem().empty()) report.report(searcher_.problem().c_str());
+    if (!searcher_.problem().empty()) report.report(searcher_.problem());
     return false;
   }
   std::unique_ptr<QlGatherResult> gathered;

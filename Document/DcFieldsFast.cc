@@ -55,6 +55,23 @@ class FastIndexWriter {
   int used_ = 0;
 };
 
+// Each name takes 1,024 bytes of memory for its values, so what cannot be names of
+// fields is refused.
+bool getFastNames(const char* path, std::vector<std::string>* numToName) {
+  DcSourceStream file;
+  if (!file.open(path)) return false;
+  file.seekg(0, std::ios::end);
+  if (file.tellg() > std::streamoff{DcFieldsCreator::kNameLimit}) return false;
+  file.seekg(0);
+  std::vector<DcFieldName> names;
+  if (!getNames(file, &names)) return false;
+  for (const DcFieldName& field : names) {
+    if (field.name.empty()) return false;
+    numToName->push_back(field.name);
+  }
+  return !numToName->empty();
+}
+
 }  // namespace
 
 bool DcFieldsBinder::createFastFiles(DcFieldBag* fields, DcFieldFilter* filter, FdBag* conversions,
@@ -128,10 +145,7 @@ bool DcFieldsBinder::getFastFiles(const char* root) {
     return false;
   }
 
-  DcSourceStream nameFile;
-  std::vector<DcFieldName> names;
-  if (!nameFile.open(name.suffix(".fnam")) || !getNames(nameFile, &names)) return false;
-  for (const DcFieldName& field : names) numToName_.push_back(field.name);
+  if (!getFastNames(name.suffix(".fnam"), &numToName_)) return false;
 
   fastIdx_ = std::make_unique<SysToolsMapObject>(name.suffix(".fidx"), 0, 0);
   fastDat_ = std::make_unique<StStorageStream>(name.suffix(".fdat"), kReadExisting);

@@ -28,11 +28,20 @@ std::unique_ptr<char[]> nameBuffer(const std::string& name) {
   return buffer;
 }
 
+// A run that is cut short while it removes the slow form leaves a part of it, which
+// must not hide the fast one.
+bool hasSlowForm(const NameManager& name) {
+  for (const char* suffix : {".fld.ptr", ".fld.lst", ".fld.val", ".fld.nam"}) {
+    if (!SysTools::fileExists(name.suffix(suffix))) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 DcFieldsBinder::DcFieldsBinder(const char* root) {
   const NameManager name(root, 20);
-  if (ismain_.open(name.suffix(".fld.ptr"))) {
+  if (hasSlowForm(name) && ismain_.open(name.suffix(".fld.ptr"))) {
     valid_ = openSlow(root);
   } else {
     valid_ = fastFilesOn(root);
@@ -44,7 +53,6 @@ DcFieldsBinder::~DcFieldsBinder() = default;
 bool DcFieldsBinder::openSlow(const char* root) {
   const NameManager name(root, 20);
   if (!islist_.open(name.suffix(".fld.lst"))) return false;
-  if (!SysTools::fileExists(name.suffix(".fld.val"))) return false;
   isval_.open(name.suffix(".fld.val"), kReadExisting);
   DcSourceStream isnam;
   if (!isval_.isOpen() || !isnam.open(name.suffix(".fld.nam"))) return false;

@@ -9,7 +9,7 @@
 //   <root>.fdat   for each document one value a field, in the order of .fnam, each
 //                 with its NUL; an absent value is an empty string
 //
-// The slow form is preferred where both exist. Failures show as valid() or as
+// The slow form is preferred where both exist whole. Failures show as valid() or as
 // null and false results; only the storage of the values throws.
 #pragma once
 

@@ -15,8 +15,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kReadExisting = 1 | 4;
-constexpr int kAbsolute = 1;
 constexpr std::size_t kNameBytes = 256;
 constexpr int kPieceBytes = 64;
 static_assert(DcFieldsBinder::kValueBytes % kPieceBytes == 0);
@@ -53,7 +51,7 @@ DcFieldsBinder::~DcFieldsBinder() = default;
 bool DcFieldsBinder::openSlow(const char* root) {
   const NameManager name(root, 20);
   if (!islist_.open(name.suffix(".fld.lst"))) return false;
-  isval_.open(name.suffix(".fld.val"), kReadExisting);
+  isval_.open(name.suffix(".fld.val"), StStorageStream::kRead | StStorageStream::kExisting);
   DcSourceStream isnam;
   if (!isval_.isOpen() || !isnam.open(name.suffix(".fld.nam"))) return false;
 
@@ -131,7 +129,7 @@ bool DcFieldsBinder::getFieldPos(std::uint16_t* nampos, StStoragePos* valpos) {
 std::unique_ptr<char[]> DcFieldsBinder::readValue(const StStoragePos& valpos,
                                                   const std::string& name) {
   char buffer[kValueBytes];
-  if (!isval_.seek(valpos, kAbsolute)) {
+  if (!isval_.seek(valpos, StStorageStream::kAbsolute)) {
     valid_ = false;
     return nullptr;
   }

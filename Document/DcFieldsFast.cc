@@ -18,12 +18,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kRead = 1;
-constexpr int kWrite = 2;
-constexpr int kReadExisting = 1 | 4;
-constexpr int kAbsolute = 1;
-constexpr int kAdvice = 3;
-
 // Gathers the 5-byte positions of .fidx and writes whole numbers of them.
 class FastIndexWriter {
  public:
@@ -88,7 +82,7 @@ bool DcFieldsBinder::createFastFiles(DcFieldBag* fields, DcFieldFilter* filter, 
   const NameManager root(droot, 20);
   FastIndexWriter index(root.suffix(".fidx"));
   std::ofstream nameFile(root.suffix(".fnam"), std::ios::binary | std::ios::trunc);
-  StStorageStream data(root.suffix(".fdat"), kWrite);
+  StStorageStream data(root.suffix(".fdat"), StStorageStream::kWrite);
   if (!data.isOpen()) return false;
   for (int doc = 0; doc < binder.numDocuments(); ++doc) {
     index.add(data.tell());
@@ -148,7 +142,8 @@ bool DcFieldsBinder::getFastFiles(const char* root) {
   if (!getFastNames(name.suffix(".fnam"), &numToName_)) return false;
 
   fastIdx_ = std::make_unique<SysToolsMapObject>(name.suffix(".fidx"), 0, 0);
-  fastDat_ = std::make_unique<StStorageStream>(name.suffix(".fdat"), kReadExisting);
+  fastDat_ = std::make_unique<StStorageStream>(name.suffix(".fdat"),
+                                               StStorageStream::kRead | StStorageStream::kExisting);
   numDocuments_ = static_cast<int>(count);
   fastFileRoot_ = root;
   cachedDocNum_ = -1;
@@ -172,7 +167,7 @@ bool DcFieldsBinder::loadFast(int doc) {
   const unsigned char* index = static_cast<const unsigned char*>(fastIdx_->addr());
   const StStoragePos position =
       loadFastPosition(index + std::size_t{kFastPositionBytes} * static_cast<std::size_t>(doc));
-  if (!fastDat_->seek(position, kAbsolute)) return false;
+  if (!fastDat_->seek(position, StStorageStream::kAbsolute)) return false;
   const int got = static_cast<int>(
       fastDat_->read(cachedFieldBuf_.data(), static_cast<unsigned>(cachedFieldBuf_.size())));
   cachedBytes_ = got > 0 ? static_cast<std::size_t>(got) : 0;
@@ -225,7 +220,7 @@ StStorageBuffer* DcFieldsBinder::getBuffer(int doc) {
   if (!(begin < size)) return nullptr;
   StStoragePos end = begin + static_cast<uint32>(cachedFieldBuf_.size());
   if (size < end) end = size;
-  return new StStorageBuffer(begin, (end - begin).Lo(), storage, kRead, kAdvice);
+  return new StStorageBuffer(begin, (end - begin).Lo(), storage, kStRead, kStDefaultAdvice);
 }
 
 char* DcFieldsBinder::retrieve(StStorageBuffer* buffer, const char* fieldName) {

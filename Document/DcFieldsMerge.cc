@@ -28,8 +28,9 @@ namespace {
 constexpr const char* kValueSuffix = ".fld.val";
 constexpr const char* kSlowSuffixes[] = {".fld.ptr", ".fld.lst", kValueSuffix, ".fld.nam"};
 constexpr int kUnlinkTries = 20;
-constexpr int kReadWriteAtEnd = 11;
-constexpr int kReadExisting = 1 | 4;
+constexpr int kReadWriteAtEnd =
+    StStorageStream::kRead | StStorageStream::kWrite | StStorageStream::kAtEnd;
+constexpr int kReadExisting = StStorageStream::kRead | StStorageStream::kExisting;
 
 // Values may have outgrown one file on either side.
 bool copyStorage(const char* from, const char* to) {

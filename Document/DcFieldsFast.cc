@@ -1,15 +1,12 @@
-// The fast form of the field database: making it and reading it.
+// Reading of the fast form of the field database.
 
 #include <algorithm>
 #include <cstring>
 #include <fstream>
 
-#include "Document/DcFieldBag.h"
-#include "Document/DcFieldFilter.h"
 #include "Document/DcFieldNames.h"
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcFieldsCreator.h"
-#include "Fun/FdStream.h"
 #include "Storage/StStorage.h"
 #include "Tool/HeapText.h"
 #include "Tool/NameManager.h"
@@ -17,37 +14,6 @@
 namespace vandrelle {
 
 namespace {
-
-// Gathers the 5-byte positions of .fidx and writes whole numbers of them.
-class FastIndexWriter {
- public:
-  explicit FastIndexWriter(const char* path)
-      : file_(path, std::ios::binary | std::ios::out | std::ios::trunc) {}
-
-  void add(const StStoragePos& position) {
-    storeFastPosition(buffer_ + used_, position);
-    used_ += kFastPositionBytes;
-    if (used_ == kBufferBytes) flush();
-  }
-
-  bool finish() {
-    flush();
-    file_.close();
-    return !file_.fail();
-  }
-
- private:
-  static constexpr int kBufferBytes = 1020;
-
-  void flush() {
-    file_.write(reinterpret_cast<const char*>(buffer_), used_);
-    used_ = 0;
-  }
-
-  std::ofstream file_;
-  unsigned char buffer_[kBufferBytes];
-  int used_ = 0;
-};
 
 // Each name takes 1,024 bytes of memory for its values, so what cannot be names of
 // fields is refused.
@@ -67,54 +33,6 @@ bool getFastNames(const char* path, std::vector<std::string>* numToName) {
 }
 
 }  // namespace
-
-bool DcFieldsBinder::createFastFiles(DcFieldBag* fields, DcFieldFilter* filter, FdBag* conversions,
-                                     const char* sroot, const char* droot) {
-  if (droot == nullptr) droot = sroot;
-  if (fields == nullptr && filter == nullptr) return createFastIdx(sroot, droot);
-  if (fields == nullptr) return false;
-  DcFieldsBinder binder(sroot);
-  std::unique_ptr<FdStream> names(fields->iterator());
-  names->reset();
-  if (!binder.valid() || binder.numDocuments() == 0 || !names->more()) return false;
-  if (conversions != nullptr) binder.equate(conversions);
-
-  const NameManager root(droot, 20);
-  FastIndexWriter index(root.suffix(".fidx"));
-  std::ofstream nameFile(root.suffix(".fnam"), std::ios::binary | std::ios::trunc);
-  StStorageStream data(root.suffix(".fdat"), StStorageStream::kWrite);
-  if (!data.isOpen()) return false;
-  for (int doc = 0; doc < binder.numDocuments(); ++doc) {
-    index.add(data.tell());
-    for (names->reset(); names->more(); names->next()) {
-      const char* name = static_cast<const char*>(names->key());
-      if (doc == 0) nameFile.write(name, static_cast<std::streamsize>(std::strlen(name) + 1));
-      HeapAptr<char> value(binder.retrieve(doc, name));
-      if (filter != nullptr) value.reset(filter->filterText(value.get(), name));
-      const char* text = value ? value.get() : "";
-      data.write(text, static_cast<unsigned>(std::strlen(text) + 1));
-    }
-  }
-  data.close();
-  nameFile.close();
-  return index.finish() && !nameFile.fail() && binder.valid();
-}
-
-bool DcFieldsBinder::createFastIdx(const char* sroot, const char* droot) {
-  const NameManager source(sroot, 20);
-  const NameManager target(droot, 20);
-  DcSourceStream main;
-  DcSourceStream list;
-  if (!main.open(source.suffix(".fld.ptr")) || !list.open(source.suffix(".fld.lst"))) return false;
-  FastIndexWriter index(target.suffix(".fidx"));
-  for (char entry[DcFieldsCreator::kPtrBytes]; main.read(entry, sizeof entry);) {
-    char record[DcFieldsCreator::kRecordBytes];
-    list.seekg(loadU32(entry));
-    if (!list.read(record, sizeof record)) return false;
-    index.add(StStoragePos(loadU32(record + 2), loadU32(record + 6)));
-  }
-  return index.finish();
-}
 
 bool DcFieldsBinder::fastFilesOn(const char* root) {
   if (!fastFileRoot_.empty() && fastFileRoot_ == root) return true;

@@ -14,11 +14,6 @@
 #include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
-namespace {
-
-constexpr int kPlainTextType = 1;
-
-}  // namespace
 
 DcChooser::DcChooser(const char* root, DcUserTypes* usertypes, std::fstream* index,
                      DcMetaIndexCreator* mcr)
@@ -47,7 +42,7 @@ DcChooser::~DcChooser() = default;
 
 int DcChooser::Add(const char* fileName, int type, long* docNum) {
   currentType_ = type;
-  if (type >= kFirstUserCreatorType) return userAdd(fileName, type, docNum);
+  if (type >= DcDataType::kFirstUserForm) return userAdd(fileName, type, docNum);
   if (nonStdType(type)) return nonStdAdd(fileName, type);
   if (multiDocFiles(type)) {
     if (multiDocCreator_ == nullptr) {
@@ -69,7 +64,7 @@ int DcChooser::Add(const char* fileName, int type, long* docNum) {
 }
 
 int DcChooser::userAdd(const char* fileName, int type, long* docNum) {
-  const int slot = type - kFirstUserCreatorType;
+  const int slot = type - DcDataType::kFirstUserForm;
   if (slot >= kUserSlots) {
     LOG(0, 1, fileName << " has the data type " << type << ", above the last that can be served.");
     return 0;
@@ -98,17 +93,17 @@ DcPartialDocumentManager* DcChooser::nonStdManager(int type, DcMetaDocManager* m
 
 HelperStruct* DcChooser::helpers(int type) {
   if (type == -1) type = currentType_;
-  if (type < kFirstUserType) return helperDist_->helpers(type);
-  const int slot = type - kFirstUserType;
+  if (type < DcDataType::kFirstUser) return helperDist_->helpers(type);
+  const int slot = type - DcDataType::kFirstUser;
   HelperStruct* found = slot < kUserSlots ? userHelpers_[slot] : nullptr;
   if (found == nullptr && userTypes_ != nullptr) found = userTypes_->userHelpers(type);
-  if (found == nullptr) found = helperDist_->helpers(kPlainTextType);
+  if (found == nullptr) found = helperDist_->helpers(DcDataType::kText);
   if (slot < kUserSlots) userHelpers_[slot] = found;
   return found;
 }
 
 int DcChooser::multiDocFiles(int type) {
-  if (type < kFirstUserType) return helperDist_->multiDocFiles(type);
+  if (type < DcDataType::kFirstUser) return helperDist_->multiDocFiles(type);
   return userTypes_ != nullptr ? userTypes_->multiDocFiles(type) : 0;
 }
 

@@ -166,7 +166,7 @@ void DcDocumentListMerger::addRows(Source* source) {
     const int32_t type = loadS32(row);
     const int32_t num = loadS32(row + 4);
     const int32_t file = loadS32(row + 8);
-    if (type <= 0 || type >= DcChooser::kFirstUserCreatorType || file < 0 ||
+    if (type <= DcDataType::kExcluded || type >= DcDataType::kFirstUserForm || file < 0 ||
         file >= source->numFiles) {
       damaged(source->rows.path(), "a document has a type or a file that cannot be");
     }

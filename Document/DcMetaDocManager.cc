@@ -111,8 +111,8 @@ DcDocument* DcMetaDocManager::documentNum(int document_num) {
 }
 
 DcDocument* DcMetaDocManager::dispatch(int type, int num) {
-  if (type >= kFirstUserManagerType) {
-    const int slot = type - kFirstUserManagerType;
+  if (type >= DcDataType::kFirstUserForm) {
+    const int slot = type - DcDataType::kFirstUserForm;
     if (slot >= kUserManagers) return nullptr;
     if (userManagers_[slot] == nullptr && userTypes_ != nullptr) {
       const HeapAptr<char> name(userRoot(type));
@@ -152,7 +152,7 @@ void DcMetaDocManager::attachConstraintWords(int realDocNum, DcDocument* documen
 
 char* DcMetaDocManager::userRoot(int type) const {
   char tail[16];
-  std::snprintf(tail, sizeof tail, "_%02d", type - kFirstUserManagerType);
+  std::snprintf(tail, sizeof tail, "_%02d", type - DcDataType::kFirstUserForm);
   return concatenate(root_, tail);
 }
 

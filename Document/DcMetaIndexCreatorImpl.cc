@@ -257,7 +257,9 @@ void DcMetaIndexCreatorImpl::excludeBadEndings() {
   if (builtInMap() != nullptr) builtInMap()->excludeBadEndings();
 }
 
-void DcMetaIndexCreatorImpl::excludeRegExp(const char* regexp) { addDataType(regexp, 0, 0); }
+void DcMetaIndexCreatorImpl::excludeRegExp(const char* regexp) {
+  addDataType(regexp, DcDataType::kExcluded, 0);
+}
 
 void DcMetaIndexCreatorImpl::DoneWithDataTypes() {
   if (builtInMap() != nullptr) builtInMap()->DoneWithDataTypes();

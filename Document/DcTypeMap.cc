@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Document/DcDataType.h"
 #include "Fun/Fd.h"
 #include "Tool/RegularExpression.h"
 #include "Tool/VandrelleLog.h"
@@ -59,7 +60,7 @@ int DcRegexpTypeMap::fileToType(const char* filename) {
       LOG(0, 1, filename << " is binary.  Skipped.");
       return 0;
     }
-    if (rule.dataType == 0) logExclusion(filename);
+    if (rule.dataType == DcDataType::kExcluded) logExclusion(filename);
     return rule.dataType;
   }
   return 0;
@@ -68,7 +69,7 @@ int DcRegexpTypeMap::fileToType(const char* filename) {
 int DcRegexpTypeMap::excludeDir(const char* dirname) {
   for (startWalk(); iter_->more(); iter_->next()) {
     const DcDataTypeRecord rule = currentRule();
-    if (rule.dataType != 0 || !rule.expression->matches(dirname)) continue;
+    if (rule.dataType != DcDataType::kExcluded || !rule.expression->matches(dirname)) continue;
     logExclusion(dirname);
     return 1;
   }

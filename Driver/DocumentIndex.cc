@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "Document/DcDataType.h"
 #include "Document/DcFieldBag.h"
 #include "Document/DcFieldFinder.h"
 #include "Document/DcFieldParser.h"
@@ -27,10 +28,8 @@
 namespace vandrelle {
 namespace {
 
-constexpr int kTextType = 1;
-constexpr int kPdfType = 15;
-constexpr int kCustomType = 16;
-constexpr int kHtmlType = 2048;
+// All types of the command's own are pages with its own helpers: see VymTypes.
+constexpr int kPageType = DcDataType::kFirstUser;
 
 void readExclusions(DcMetaIndexCreator* imgr, const char* path) {
   excludeObj entries(path);
@@ -101,7 +100,9 @@ void specifyFields(DcMetaIndexCreator* imgr, DcFieldBag* fields) {
 
 }  // namespace
 
-bool isCrawlerType(int type) { return type == 10 || type == 14; }
+bool isCrawlerType(int type) {
+  return type == DcDataType::kCrawler || type == DcDataType::kCrawlerToo;
+}
 
 DcFieldParser* FIELD_PARSER() {
   DcFieldParser* parser = new DcFieldParser;
@@ -121,18 +122,18 @@ DcMetaIndexCreator* INDEX_CREATOR(const char* rootname, int mode, const char* ex
   imgr->excludeBadEndings();
   // Any name with a dot and then "htm" somewhere behind it counts as HTML.
   for (const char* pattern : {"\\..*htm.*$", "\\..*HTM.*$"}) {
-    addOrExclude(imgr, pattern, (mode & kIndexHtml) != 0, kHtmlType);
+    addOrExclude(imgr, pattern, (mode & kIndexHtml) != 0, kPageType);
   }
   for (const char* pattern : {"\\.pdf$", "\\.PDF$"}) {
-    addOrExclude(imgr, pattern, (mode & kIndexPdf) != 0, kPdfType);
+    addOrExclude(imgr, pattern, (mode & kIndexPdf) != 0, DcDataType::kPdf);
   }
   if ((mode & kIndexCustom) != 0 &&
       SysTools::fileExists(NameManager(rootname, 20).suffix(".cus"))) {
-    imgr->addDataType("\\.cus$", kCustomType, 1);
-    imgr->addDataType("\\.CUS$", kCustomType, 1);
+    imgr->addDataType("\\.cus$", DcDataType::kCustom, 1);
+    imgr->addDataType("\\.CUS$", DcDataType::kCustom, 1);
   }
   if ((mode & kIndexText) != 0)
-    imgr->addDataType(".*", kTextType, static_cast<char>(mode & kIndexText));
+    imgr->addDataType(".*", DcDataType::kText, static_cast<char>(mode & kIndexText));
   imgr->DoneWithDataTypes();
   return imgr;
 }

@@ -22,6 +22,7 @@
 #include <string>
 #include <vector>
 
+#include "Document/DcDataType.h"
 #include "Document/DcUserTypes.h"
 #include "Driver/DocumentIndex.h"
 #include "Driver/DriverOptions.h"
@@ -38,9 +39,6 @@ namespace {
 constexpr const char* kUsage =
     "usage: vandrelleFeed -R root -type N [-prox] [-stem F] [-stop F] [-flist F] [-mapfile F] "
     "[-fsum | -qsum] [-nss N] [-sroot R] [-log F] [-prog F] file ...";
-
-constexpr int kFirstType = 1;
-constexpr int kLastType = 14;
 
 struct Option {
   const char* name;
@@ -90,7 +88,7 @@ bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
       (options->numUnusedArgs() == 0 && !options->exist_arg("filelist"))) {
     return refuse(kUsage);
   }
-  if (!isNumber(options->str_arg("type"), kFirstType, kLastType, type)) {
+  if (!isNumber(options->str_arg("type"), DcDataType::kText, DcDataType::kCrawlerToo, type)) {
     return refuse(std::string("-type takes a number from 1 to 14, not '") +
                   printable(options->str_arg("type")) + "'");
   }

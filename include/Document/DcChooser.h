@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "Document/DcDataType.h"
+
 namespace vandrelle {
 
 class DcMetaDocManager;
@@ -20,17 +22,9 @@ class DcUserTypes;
 class DiHelperDistributor;
 struct HelperStruct;
 
-// Data types:
-//   0               excluded, never seen here
-//   1 to 63         built in (see DiHelperDistributor); 15 is a form of its own
-//   2048 to 32767   an application's, with its own helpers
-//   from 32768      an application's, with its own creator and manager
 class DcChooser {
  public:
-  static constexpr int kFirstUserType = 2048;
-  static constexpr int kFirstUserCreatorType = 32768;
   static constexpr int kUserSlots = 16;
-  static constexpr int kNonStdType = 15;
   // Bytes of the trailer of <root>.idx: the next free number of each form.
   static constexpr int kTrailerSize = 4 * (2 + kUserSlots);
 
@@ -56,7 +50,7 @@ class DcChooser {
   int multiDocFiles(int type);
 
   // Has the type a form of its own, neither one document a file nor articles?
-  bool nonStdType(int type) const { return type == kNonStdType; }
+  bool nonStdType(int type) const { return type == DcDataType::kPdf; }
 
   // The manager of such a type, made on first need and owned here; null for any
   // other type.

@@ -36,7 +36,6 @@ class DcMetaDocManager : public DcDocumentManager {
   static constexpr int kRowSize = 12;
   static constexpr int kTrailerSize = 72;
   static constexpr int kUserManagers = 16;
-  static constexpr int kFirstUserManagerType = 32768;
 
   // Binds to the index `root` (copied). Owns none of the objects; `fp` and
   // `utypes` may be null. Throws _Exception_FileMgr when there is neither

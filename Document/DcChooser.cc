@@ -15,6 +15,22 @@
 
 namespace vandrelle {
 
+void DcTrailer::load(const char* from) {
+  oneDocNum_ = loadS32(from);
+  multiDocNum_ = loadS32(from + 4);
+  for (int slot = 0; slot < kUserSlots; ++slot) {
+    userCreatorNums_[slot] = loadS32(from + 8 + 4 * slot);
+  }
+}
+
+void DcTrailer::store(char* to) const {
+  storeS32(to, oneDocNum_);
+  storeS32(to + 4, multiDocNum_);
+  for (int slot = 0; slot < kUserSlots; ++slot) {
+    storeS32(to + 8 + 4 * slot, userCreatorNums_[slot]);
+  }
+}
+
 DcChooser::DcChooser(const char* root, DcUserTypes* usertypes, std::fstream* index,
                      DcMetaIndexCreator* mcr)
     : userTypes_(usertypes),
@@ -25,16 +41,12 @@ DcChooser::DcChooser(const char* root, DcUserTypes* usertypes, std::fstream* ind
       mcr_(mcr) {
   if (index == nullptr) return;
   info_ = 2;
-  char trailer[kTrailerSize] = {};
+  char trailer[DcTrailer::kBytes] = {};
   index->clear();
-  index->seekg(-kTrailerSize, std::ios::end);
+  index->seekg(-DcTrailer::kBytes, std::ios::end);
   index->read(trailer, sizeof trailer);
   index->clear();
-  oneDocNum_ = loadS32(trailer);
-  multiDocNum_ = loadS32(trailer + 4);
-  for (int slot = 0; slot < kUserSlots; ++slot) {
-    userCreatorNums_[slot] = loadS32(trailer + 8 + 4 * slot);
-  }
+  next_.load(trailer);
   index->seekp(0, std::ios::end);
 }
 
@@ -50,16 +62,16 @@ int DcChooser::Add(const char* fileName, int type, long* docNum) {
           std::make_unique<DcMultiDocIndexCreator>(multiRoot_.c_str(), this, mcr_, info_);
     }
     const int count = multiDocCreator_->Add(fileName);
-    *docNum = multiDocNum_;
-    multiDocNum_ += count;
+    *docNum = next_.multiDocNum_;
+    next_.multiDocNum_ += count;
     return count;
   }
   if (oneDocCreator_ == nullptr) {
     oneDocCreator_ = std::make_unique<DcOneDocIndexCreator>(oneRoot_.c_str(), this, mcr_, info_);
   }
   const int count = oneDocCreator_->Add(fileName);
-  *docNum = oneDocNum_;
-  oneDocNum_ += count;
+  *docNum = next_.oneDocNum_;
+  next_.oneDocNum_ += count;
   return count;
 }
 
@@ -74,8 +86,8 @@ int DcChooser::userAdd(const char* fileName, int type, long* docNum) {
   }
   // A type without a creator still makes one document of each file.
   const int count = userCreators_[slot] != nullptr ? userCreators_[slot]->Add(fileName) : 1;
-  *docNum = userCreatorNums_[slot];
-  userCreatorNums_[slot] += count;
+  *docNum = next_.userCreatorNums_[slot];
+  next_.userCreatorNums_[slot] += count;
   return count;
 }
 
@@ -108,12 +120,8 @@ int DcChooser::multiDocFiles(int type) {
 }
 
 void DcChooser::writeNumsToDisk(std::fstream* index) {
-  char trailer[kTrailerSize];
-  storeS32(trailer, oneDocNum_);
-  storeS32(trailer + 4, multiDocNum_);
-  for (int slot = 0; slot < kUserSlots; ++slot) {
-    storeS32(trailer + 8 + 4 * slot, userCreatorNums_[slot]);
-  }
+  char trailer[DcTrailer::kBytes];
+  next_.store(trailer);
   index->seekp(0, std::ios::end);
   index->write(trailer, sizeof trailer);
 }

@@ -147,7 +147,7 @@ void DcFileListCreator::AddFile(const char* fullFileName, long docNum, const cha
   if (listEnd_ > std::numeric_limits<int32_t>::max()) {
     THROW(ListCr, "The file list " << listName_ << " is full: it cannot grow past 2 GiB.");
   }
-  char record[8];
+  char record[kPointerSize];
   storeS32(record, static_cast<int32_t>(listEnd_));
   storeS32(record + 4, static_cast<int32_t>(docNum));
   ptrList_->write(record, sizeof record);
@@ -198,7 +198,7 @@ void DcFileListCreator::Remove(const char* fileName, long* low, long* high) {
     tempList_->remove(fileName, keySize(fileName), fileNumber, &size);
     char removed[4];
     storeS32(removed, -1);
-    ptrList_->seekp(number * 8);
+    ptrList_->seekp(number * kPointerSize);
     ptrList_->write(removed, sizeof removed);
   }
   ptrList_->seekp(0, std::ios::end);

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <iomanip>
 
+#include "Document/DcFileListCreator.h"
 #include "Fun/FdBag.h"
 #include "Fun/FdDBMManager.h"
 #include "Tool/ByteOrder.h"
@@ -40,7 +41,11 @@ bool readInt32(std::fstream& stream, int32_t& value) {
 
 DcFileListReader::DcFileListReader(const char* root, std::fstream* ptrList, std::fstream* fileList,
                                    std::fstream* dirList)
-    : ptrList_(ptrList), fileList_(fileList), dirList_(dirList), treeName_(root) {
+    : ptrList_(ptrList),
+      fileList_(fileList),
+      dirList_(dirList),
+      treeName_(root),
+      blockSize_(DcFileListCreator::kPointerSize) {
   treeName_ += ".tmp";
 }
 

@@ -56,7 +56,7 @@ DcMetaDocManager::DcMetaDocManager(const char* root, TkStemmer* stemmer, DcField
   const std::string single = std::string(root) + ".spc";
   if (SysTools::fileExists(rows.c_str())) {
     index_ = DcDocumentUtil::ReadFile(rows.c_str());
-    numDocuments_ = static_cast<int>(std::max(sizeOf(*index_) - kTrailerSize, 0L) / kRowSize);
+    numDocuments_ = static_cast<int>(std::max(sizeOf(*index_) - DcTrailer::kBytes, 0L) / kRowSize);
   } else if (SysTools::fileExists(single.c_str())) {
     special_ = DcDocumentUtil::ReadFile(single.c_str());
     datatype_ = DcDocumentUtil::ReadAtPos(special_, 0);

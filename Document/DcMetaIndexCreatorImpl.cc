@@ -27,7 +27,7 @@ namespace vandrelle {
 namespace {
 
 constexpr int kRowSize = DcMetaDocManager::kRowSize;
-constexpr int kTrailerSize = DcChooser::kTrailerSize;
+constexpr int kTrailerSize = DcTrailer::kBytes;
 
 }  // namespace
 

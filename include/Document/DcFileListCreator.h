@@ -36,6 +36,8 @@ class FdBag;
 
 class DcFileListCreator {
  public:
+  static constexpr int kPointerSize = 8;  // bytes of a record of <root>.lpt
+
   // `info` 2 binds to the existing list of `root` and adds to it; any other value
   // makes the list afresh, with the first file. `creator`, not owned, is called
   // back for each entry of a directory. Throws _Exception_ListCr if it cannot

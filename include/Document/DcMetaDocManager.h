@@ -2,7 +2,7 @@
 // and which number inside its storage form, and hands on to a sub-manager.
 //
 // <root>.idx, one row of 12 bytes a document in number order, big-endian, then a
-// trailer of 18 integers (the next free number of each storage form):
+// trailer (DcTrailer in DcChooser.h):
 //
 //   offset  size  field
 //   0       4     type: the data type
@@ -34,7 +34,6 @@ class DcMetaDocManager : public DcDocumentManager {
   DESCRIBED(DcMetaDocManager)
 
   static constexpr int kRowSize = 12;
-  static constexpr int kTrailerSize = 72;
   static constexpr int kUserManagers = 16;
 
   // Binds to the index `root` (copied). Owns none of the objects; `fp` and

@@ -10,6 +10,7 @@
 #include "Document/DcHeaderDocument.h"
 #include "Document/DcSentenceManager.h"
 #include "Document/DcSimpleDocument.h"
+#include "DocumentImpl/DiText.h"
 #include "Summary/PiHtmlSummarizeOperator.h"
 #include "Summary/PiSummarizer.h"
 #include "Token.h"
@@ -37,7 +38,6 @@ constexpr int kShortestSentence = 3;
 constexpr int kCutFromLastSentence = 3;
 
 constexpr int kFirstLineLimit = 4096;
-constexpr int kSpiderTabs = 3;
 
 bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
@@ -232,20 +232,8 @@ char* VymSpiderFieldFinder::getURL(DcDocument* doc) {
   const char* lineEnd = text == nullptr ? nullptr : std::strchr(text.get(), '\n');
   if (lineEnd == nullptr) return nullptr;
   const std::string_view line(text.get(), static_cast<std::size_t>(lineEnd - text.get()));
-
-  // The path is the rest of the line and may hold more tabs.
-  std::string_view fields[kSpiderTabs + 1];
-  std::size_t begin = 0;
-  for (int i = 0; i < kSpiderTabs; ++i) {
-    const std::size_t tab = line.find('\t', begin);
-    if (tab == std::string_view::npos) return nullptr;
-    fields[i] = line.substr(begin, tab - begin);
-    begin = tab + 1;
-  }
-  fields[kSpiderTabs] = line.substr(begin);
-  std::string url(fields[0]);
-  url.append("://").append(fields[1]).append(":").append(fields[2]).append(fields[3]);
-  return copyText(url.c_str());
+  const std::string url = addressOf(line);
+  return url.empty() ? nullptr : copyText(url.c_str());
 }
 
 DcFieldFinder* FIELD_FINDER(int summaryMode, int numSumSent, const char* sroot,

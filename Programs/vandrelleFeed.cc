@@ -14,8 +14,6 @@
 
 #include <signal.h>
 
-#include <charconv>
-#include <cstring>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -58,12 +56,6 @@ bool refuse(const std::string& what) {
   return false;
 }
 
-bool isNumber(const char* text, int least, int most, int* value) {
-  const char* const end = text + std::strlen(text);
-  const auto [rest, error] = std::from_chars(text, end, *value);
-  return error == std::errc() && rest == end && least <= *value && *value <= most;
-}
-
 // False, with a line on the error stream, for options that are wrong.
 bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
   if (argc < 2) return refuse(kUsage);
@@ -75,20 +67,13 @@ bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
   for (const Option& option : kFlags) options->arg_flag(option.name, option.flag, nullptr);
   options->parse(argc, argv);
 
-  if (const char* flag = optionWithoutValue(argc, argv, valued)) {
-    return refuse(std::string(flag) + " needs a value; " + kUsage);
-  }
-  for (int i = 0; i < options->numUnusedArgs(); ++i) {
-    const char* const word = options->unusedArg(i);
-    if (word[0] == '-') {
-      return refuse("there is no option '" + printable(word) + "'; " + kUsage);
-    }
-  }
+  const std::string fault = wrongOption(argc, argv, *options, valued, options->numUnusedArgs());
+  if (!fault.empty()) return refuse(fault + "; " + kUsage);
   if (!options->exist_arg("root") || !options->exist_arg("type") ||
       (options->numUnusedArgs() == 0 && !options->exist_arg("filelist"))) {
     return refuse(kUsage);
   }
-  if (!isNumber(options->str_arg("type"), DcDataType::kText, DcDataType::kCrawlerToo, type)) {
+  if (!parseNumber(options->str_arg("type"), DcDataType::kText, DcDataType::kCrawlerToo, type)) {
     return refuse(std::string("-type takes a number from 1 to 14, not '") +
                   printable(options->str_arg("type")) + "'");
   }
@@ -96,7 +81,7 @@ bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
     return refuse("-mapfile is not for types 10 and 14, whose pages tell their addresses");
   }
   int sentences;
-  if (!isNumber(options->str_arg("sumsent"), 1, 1000000, &sentences)) {
+  if (!parseNumber(options->str_arg("sumsent"), 1, 1000000, &sentences)) {
     return refuse(std::string("-nss takes a number from 1 on, not '") +
                   printable(options->str_arg("sumsent")) + "'");
   }

@@ -32,7 +32,6 @@
 #include "Token.h"
 #include "Token/TkStemmer.h"
 #include "Tool/CommandLine.h"
-#include "Tool/PrintableText.h"
 
 namespace vandrelle {
 namespace {
@@ -62,16 +61,14 @@ bool readOptions(int argc, char** argv, Options* options) {
   CommandLine line;
   for (const auto& option : kValued) line.arg_double(option.flag, option.flag, nullptr);
   line.parse(argc, argv);
-  if (const char* flag = optionWithoutValue(argc, argv, {"-R", "-stem", "-stop"})) {
-    return wrong(std::string(flag) + " needs a value; ");
-  }
+  const std::string fault =
+      wrongOption(argc, argv, line, {"-R", "-stem", "-stop"}, line.numUnusedArgs());
+  if (!fault.empty()) return wrong(fault + "; ");
   for (const auto& option : kValued) {
     if (line.exist_arg(option.flag)) options->*option.value = line.str_arg(option.flag);
   }
   for (int i = 0; i < line.numUnusedArgs(); ++i) {
-    const std::string source = line.unusedArg(i);
-    if (source[0] == '-') return wrong("there is no option '" + printable(source) + "'; ");
-    options->sources.push_back(source);
+    options->sources.push_back(line.unusedArg(i));
   }
   if (options->root.empty() || options->sources.empty()) return wrong("");
   return true;

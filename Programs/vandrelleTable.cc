@@ -6,14 +6,16 @@
 //                                                  how words are stemmed, and why
 //
 // A stop table is named without .key and .ptr. Options may be combined: words are
-// shown last. The exit status is 0, or 1 after a line on the error stream; a broken
-// source leaves the former table as it was.
+// shown last. The exit status is 0, 1 after a line on the error stream, 2 for options
+// that are wrong; a broken source leaves the former table as it was.
 
 #include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "Driver/DriverOptions.h"
 #include "Driver/FailureReport.h"
 #include "Token.h"
 #include "Token/TkSourceReader.h"
@@ -24,8 +26,8 @@ namespace vandrelle {
 namespace {
 
 constexpr const char* kUsage =
-    "usage: vandrelleTable [-stemsrc SOURCE -stem TABLE] [-stopsrc SOURCE -stop TABLE]\n"
-    "       vandrelleTable -show [-stem TABLE] [-stop TABLE] WORD...\n";
+    "usage: vandrelleTable [[-stemsrc SOURCE] -stem TABLE] [[-stopsrc SOURCE] -stop TABLE] "
+    "[-show WORD ...]";
 
 FailureReport report("vandrelleTable");
 
@@ -46,25 +48,25 @@ bool isSound(const char* source, Check check) {
 }
 
 bool makesSense(const CommandLine& options) {
-  const bool stem = options.exist_arg("stem");
-  const bool stop = options.exist_arg("stop");
-  const bool stemSource = options.exist_arg("stemsrc");
-  const bool stopSource = options.exist_arg("stopsrc");
-  const bool show = options.exist_arg("show");
+  const bool stem = options.exist_arg("-stem");
+  const bool stop = options.exist_arg("-stop");
+  const bool stemSource = options.exist_arg("-stemsrc");
+  const bool stopSource = options.exist_arg("-stopsrc");
+  const bool show = options.exist_arg("-show");
   return (stemSource || stopSource || show) && (!stemSource || stem) && (!stopSource || stop) &&
          show == (options.numUnusedArgs() > 0);
 }
 
 void compileAndShow(const CommandLine& options) {
-  const char* stem = options.str_arg("stem");
-  const char* stop = options.str_arg("stop");
-  const char* stemSource = options.str_arg("stemsrc");
-  const char* stopSource = options.str_arg("stopsrc");
+  const char* stem = options.str_arg("-stem");
+  const char* stop = options.str_arg("-stop");
+  const char* stemSource = options.str_arg("-stemsrc");
+  const char* stopSource = options.str_arg("-stopsrc");
   if (stemSource != nullptr && !isSound(stemSource, TkStemTable::checkSource)) return;
   if (stopSource != nullptr && !isSound(stopSource, TkStopTable::checkSource)) return;
   if (stopSource != nullptr) TkManager::CreateStopTable(stopSource, stop);
   if (stemSource != nullptr) TkManager::CreateStemTable(stemSource, stem);
-  if (!options.exist_arg("show")) return;
+  if (!options.exist_arg("-show")) return;
   const std::unique_ptr<TkStemmerImpl> stemmer(TkManager::Stemmer(stem, stop));
   for (int i = 0; i < options.numUnusedArgs(); ++i) {
     stemmer->explain(WmLocalWord(options.unusedArg(i)).word(), std::cout);
@@ -73,14 +75,14 @@ void compileAndShow(const CommandLine& options) {
 
 int run(int argc, char** argv) {
   CommandLine options;
-  for (const char* name : {"stem", "stop", "stemsrc", "stopsrc"}) {
-    options.arg_double(name, (std::string("-") + name).c_str(), nullptr);
-  }
-  options.arg_flag("show", "-show", nullptr);
+  const std::vector<const char*> valued = {"-stem", "-stop", "-stemsrc", "-stopsrc"};
+  for (const char* flag : valued) options.arg_double(flag, flag, nullptr);
+  options.arg_flag("-show", "-show", nullptr);
   options.parse(argc, argv);
-  if (!makesSense(options)) {
-    std::cerr << kUsage;
-    return 1;
+  const std::string fault = wrongOption(argc, argv, options, valued, 1);
+  if (!fault.empty() || !makesSense(options)) {
+    report.report(fault.empty() ? kUsage : fault + "; " + kUsage);
+    return 2;
   }
   return runReported(report, [&] { compileAndShow(options); });
 }

@@ -12,8 +12,6 @@
 // is 0, 1 after one line on the error stream (no documents, no room, a damaged table),
 // 2 for an option that is wrong.
 
-#include <signal.h>
-
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -92,7 +90,7 @@ void buildIndex(CommandLine& options, int type) {
   const std::unique_ptr<Timer> timer(Timer::Create());
   timer->reset();
   timer->start();
-  increaseDescriptorLimit();
+  raiseDescriptorLimit();
   FdSStream names(options.unusedArgs(), 1);
   names.reset();
   IndexBuild build(options.str_arg("root"), timer.get());
@@ -107,8 +105,7 @@ void buildIndex(CommandLine& options, int type) {
 }
 
 int run(int argc, char** argv) {
-  // Writing past a file size limit is to fail like a full disk, not to kill.
-  ::signal(SIGXFSZ, SIG_IGN);
+  ignoreFileSizeSignal();
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     CommandLine options;

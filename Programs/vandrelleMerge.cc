@@ -15,8 +15,6 @@
 // damaged, nothing can be written), 2 for an option that is wrong. A merge that fails
 // leaves everything as it was.
 
-#include <signal.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <exception>
@@ -27,6 +25,7 @@
 
 #include "Driver/DriverOptions.h"
 #include "Driver/FailureReport.h"
+#include "Driver/IndexBuild.h"
 #include "Driver/IndexMerger.h"
 #include "Exception.h"
 #include "Token.h"
@@ -72,14 +71,6 @@ bool readOptions(int argc, char** argv, Options* options) {
   }
   if (options->root.empty() || options->sources.empty()) return wrong("");
   return true;
-}
-
-// Every source holds five files or six open.
-void raiseDescriptorLimit() {
-  rlimit limit;
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-  limit.rlim_cur = limit.rlim_max;
-  setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 const char* valueOrNull(const std::string& value) {
@@ -137,9 +128,8 @@ int run(const Options& options) {
 
 int main(int argc, char** argv) {
   using namespace vandrelle;
-  // Writing past a file size limit is to fail like a full disk, not to kill.
-  ::signal(SIGXFSZ, SIG_IGN);
-  raiseDescriptorLimit();
+  ignoreFileSizeSignal();
+  raiseDescriptorLimit();  // every source holds five files or six open
   static Options options;
   if (!readOptions(argc, argv, &options)) return 2;
   try {

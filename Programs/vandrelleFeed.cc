@@ -98,8 +98,9 @@ void buildIndex(CommandLine& options, int type) {
   build.makeTools(options.str_arg("stemmer"), options.str_arg("stopper"),
                   options.exist_arg("prox"));
   buildFeedIndex(build.rootname(), type, &names, options.str_arg("filelist"),
-                 summaryModeOf(options), options.int_arg("sumsent"), build.logger(),
-                 options.str_arg("summaryroot"), options.str_arg("mapfile"), build.realStemmer());
+                 {summaryModeOf(options), options.int_arg("sumsent"),
+                  options.str_arg("summaryroot"), options.str_arg("mapfile"), build.realStemmer()},
+                 build.logger());
   build.resumeProgress();
   build.compile(nullptr);
 }

@@ -109,7 +109,8 @@ void DcFileListCreator::setUp() {
   if (!*fileList_) THROW(ListCr, "couldn't create file list");
   ptrList_ = std::make_unique<std::fstream>(ptrName_, kCreate);
   if (!*ptrList_) THROW(ListCr, "couldn't create ptr list");
-  tempList_ = FdDBMManager::Btree((root_ + ".tmp").c_str(), 1);
+  newNames_.reset(FdDBMManager::Btree((root_ + ".tmp").c_str(), 1));
+  tempList_ = newNames_.get();
 }
 
 void DcFileListCreator::openDirList() {
@@ -212,7 +213,6 @@ void DcFileListCreator::Done() {
   if (newList_ && !notEmpty_) {
     THROW(ListCr, "no valid files added to index - no index built");
   }
-  const bool binding = reader_ != nullptr;
   reader_.reset();
   char sizeWord[4];
   storeU32(sizeWord, totalK_ + (totalBytes_ >> 10));
@@ -220,7 +220,7 @@ void DcFileListCreator::Done() {
   close(fileList_, listName_);
   close(ptrList_, ptrName_);
   close(dirList_, dirName_);
-  if (!binding) delete tempList_;
+  newNames_.reset();
   tempList_ = nullptr;
   directoryBag_.clear();
 }

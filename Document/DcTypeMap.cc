@@ -13,16 +13,12 @@ DcRegexpTypeMap::DcRegexpTypeMap() : typeTable_(Fd::Queue()) {}
 
 DcRegexpTypeMap::~DcRegexpTypeMap() {
   for (startWalk(); iter_->more(); iter_->next()) delete currentRule().expression;
-  delete iter_;
-  delete typeTable_;
-  delete tester_;
 }
 
 void DcRegexpTypeMap::addDataType(const char* regexp, int type, char binFlag) {
   // The walk would not see the end of a list that grows under it.
-  delete iter_;
-  iter_ = nullptr;
-  if (binFlag != 0 && tester_ == nullptr) tester_ = new DcBintest;
+  iter_.reset();
+  if (binFlag != 0 && tester_ == nullptr) tester_ = std::make_unique<DcBintest>();
   const DcDataTypeRecord rule = {type, new RegularExpression(regexp), binFlag};
   typeTable_->insert(regexp, static_cast<int>(std::strlen(regexp)) + 1, &rule, sizeof rule);
 }
@@ -37,7 +33,7 @@ void DcRegexpTypeMap::excludeBadEndings() {
 void DcRegexpTypeMap::DoneWithDataTypes() { startWalk(); }
 
 void DcRegexpTypeMap::startWalk() {
-  if (iter_ == nullptr) iter_ = typeTable_->iterator();
+  if (iter_ == nullptr) iter_.reset(typeTable_->iterator());
   iter_->reset();
 }
 

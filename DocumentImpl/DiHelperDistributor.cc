@@ -82,22 +82,11 @@ constexpr TypeRow kTypeRows[] = {
 
 constexpr DiHelperTuple kNoHelpers;
 
-template <typename Helper, std::size_t Size>
-void deleteAll(Helper* (&helpers)[Size]) {
-  for (Helper* helper : helpers) delete helper;
-}
-
 }  // namespace
 
 DiHelperDistributor::DiHelperDistributor(const char* root) : root_(root) { FillArray(); }
 
-DiHelperDistributor::~DiHelperDistributor() {
-  // Parsers and separators before the lexers that they use.
-  deleteAll(hpArray_);
-  deleteAll(sepArray_);
-  deleteAll(fhArray_);
-  deleteAll(lexerArray_);
-}
+DiHelperDistributor::~DiHelperDistributor() = default;
 
 void DiHelperDistributor::FillArray() {
   for (const TypeRow& typeRow : kTypeRows) nameHelperArray_[typeRow.type] = typeRow.helpers;
@@ -120,28 +109,26 @@ HelperStruct* DiHelperDistributor::helpers(int type) {
 
 TkLexer* DiHelperDistributor::lexer(int type) {
   const int number = row(type).lexnum;
-  if (number != 0 && lexerArray_[number] == nullptr) lexerArray_[number] = makeLexer(number);
-  return lexerArray_[number];
+  if (lexerArray_[number] == nullptr) lexerArray_[number].reset(makeLexer(number));
+  return lexerArray_[number].get();
 }
 
 DiHeaderParser* DiHelperDistributor::headerParser(int type) {
   const int number = row(type).hpnum;
-  if (number != 0 && hpArray_[number] == nullptr) {
-    hpArray_[number] = makeHeaderParser(number, type);
-  }
-  return hpArray_[number];
+  if (hpArray_[number] == nullptr) hpArray_[number].reset(makeHeaderParser(number, type));
+  return hpArray_[number].get();
 }
 
 DiSeparator* DiHelperDistributor::separator(int type) {
   const int number = row(type).sepnum;
-  if (number != 0 && sepArray_[number] == nullptr) sepArray_[number] = makeSeparator(number, type);
-  return sepArray_[number];
+  if (sepArray_[number] == nullptr) sepArray_[number].reset(makeSeparator(number, type));
+  return sepArray_[number].get();
 }
 
 DiFileHandler* DiHelperDistributor::fileHandler(int type) {
   const int number = row(type).fhnum;
-  if (fhArray_[number] == nullptr) fhArray_[number] = makeFileHandler(number);
-  return fhArray_[number];
+  if (fhArray_[number] == nullptr) fhArray_[number].reset(makeFileHandler(number));
+  return fhArray_[number].get();
 }
 
 TkLexer* DiHelperDistributor::makeLexer(int number) {

@@ -102,11 +102,7 @@ char* DcFieldsBinder::fastValue(const char* strings, std::size_t size, int numbe
     ++next;
   }
   // The buffer ends where it ends, with or without the last value's NUL.
-  const std::size_t length = ::strnlen(next, static_cast<std::size_t>(end - next));
-  char* value = new char[length + 1];
-  std::memcpy(value, next, length);
-  value[length] = '\0';
-  return value;
+  return copyText(std::string_view(next, ::strnlen(next, static_cast<std::size_t>(end - next))));
 }
 
 int DcFieldsBinder::fieldNum(const std::string& name) const {

@@ -98,9 +98,7 @@ char* DcFileListReader::readName() {
   std::string name;
   *fileList_ >> std::setw(PATH_MAX) >> name;
   if (relative) name.insert(0, dirName_);
-  char* copy = new char[name.size() + 1];
-  std::memcpy(copy, name.c_str(), name.size() + 1);
-  return copy;
+  return copyText(name);
 }
 
 long DcFileListReader::nameInfo(const char* name, long* low, long* high, long* /*date*/) {

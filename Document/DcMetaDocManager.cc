@@ -37,9 +37,7 @@ constexpr std::size_t kSuffixLength = 4;
 // A colon before this index belongs to the file name.
 constexpr std::size_t kFirstSuffixIndex = 3;
 
-char* concatenate(const char* text, const char* tail) {
-  return copyText((std::string(text) + tail).c_str());
-}
+char* concatenate(const char* text, const char* tail) { return copyText(std::string(text) + tail); }
 
 long sizeOf(std::ifstream& stream) {
   stream.seekg(0, std::ios::end);

@@ -7,6 +7,8 @@
 
 #include "Document/DcHeaderDocument.h"
 #include "DocumentImpl/DiText.h"
+#include "Token/CharacterClass.h"
+#include "Tool/HeapText.h"
 
 namespace vandrelle {
 
@@ -26,7 +28,7 @@ long skipSpace(DcHeaderDocument* doc, long offset, long limit) {
     const int size = static_cast<int>(std::min<long>(sizeof block, limit - offset));
     std::fill_n(block, size, '\0');
     doc->characters(offset, size, block);
-    const char* text = std::find_if_not(block, block + size, isSpaceByte);
+    const char* text = std::find_if_not(block, block + size, character_class::isSpace);
     offset += text - block;
     if (text != block + size) break;
   }
@@ -74,7 +76,7 @@ char* DiHtmlHeaderParser::getHeader(DcHeaderDocument* doc, const char* header) {
     text = text.substr(0, at);
     break;
   }
-  return newText(text);
+  return copyText(text);
 }
 
 }  // namespace vandrelle

@@ -7,6 +7,7 @@
 #include "Document/DcFileStream.h"
 #include "Document/DcHeaderDocument.h"
 #include "DocumentImpl/DiText.h"
+#include "Tool/HeapText.h"
 
 namespace vandrelle {
 
@@ -25,7 +26,7 @@ char* DiRunTimeHeaderParser::getHeader(DcHeaderDocument* doc, const char* header
   if (title < 0) return nullptr;
   std::string text;
   addLine(doc, title, kBlock, &text);
-  return newText(text);
+  return copyText(text);
 }
 
 int DiRunTimeHeaderParser::FindEndOfHeaders(std::ifstream*, long) { return 0; }

@@ -63,8 +63,6 @@ std::size_t findIgnoringCase(std::string_view text, std::string_view pattern, st
   return std::string_view::npos;
 }
 
-bool isSpaceByte(char c) { return c == ' ' || ('\t' <= c && c <= '\r'); }
-
 std::string headerText(DcHeaderDocument* doc) {
   const int size = std::min(doc->HeadSize(), doc->numCharacters());
   if (size <= 0 || !doc->sourceAvailable()) return {};
@@ -138,13 +136,6 @@ std::string addressOf(std::string_view line) {
   std::string address(fields[0]);
   address.append("://").append(fields[1]).append(":").append(fields[2]).append(line);
   return address;
-}
-
-char* newText(std::string_view text) {
-  char* copy = new char[text.size() + 1];
-  std::memcpy(copy, text.data(), text.size());
-  copy[text.size()] = '\0';
-  return copy;
 }
 
 }  // namespace vandrelle

@@ -11,6 +11,7 @@
 #include "Fun/FdBDBMTable.h"
 #include "Fun/FdDBMManager.h"
 #include "Tool/ByteOrder.h"
+#include "Tool/HeapText.h"
 #include "Tool/SysTools.h"
 
 namespace vandrelle {
@@ -128,7 +129,7 @@ char* DiWebCrawlerHeaderParser::getHeader(DcHeaderDocument* doc, const char* hea
   std::string line;
   if (!addLine(doc, 0, kUrlBlock, &line)) return nullptr;
   const std::string address = addressOf(line);
-  return address.empty() ? nullptr : newText(address);
+  return address.empty() ? nullptr : copyText(address);
 }
 
 }  // namespace vandrelle

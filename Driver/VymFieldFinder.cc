@@ -14,6 +14,7 @@
 #include "Summary/PiHtmlSummarizeOperator.h"
 #include "Summary/PiSummarizer.h"
 #include "Token.h"
+#include "Token/CharacterClass.h"
 #include "Tool/HeapText.h"
 
 namespace vandrelle {
@@ -38,8 +39,6 @@ constexpr int kShortestSentence = 3;
 constexpr int kCutFromLastSentence = 3;
 
 constexpr int kFirstLineLimit = 4096;
-
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // Up to `limit` bytes from the start of the document, ended with a zero; null if
 // there is nothing or the source is gone.
@@ -81,7 +80,7 @@ std::size_t settledPart(const char* page, std::size_t limit) {
 // stands behind its last white space, and 3 characters at least.
 void cutLastSentence(std::string& sentence) {
   std::size_t cut = sentence.size() - kCutFromLastSentence;
-  while (cut > 0 && !isBlank(sentence[cut - 1])) --cut;
+  while (cut > 0 && !character_class::isSpace(sentence[cut - 1])) --cut;
   sentence.resize(cut);
   sentence += "...";
 }
@@ -100,7 +99,7 @@ char* join(DcSentenceManager& sentences, int count, bool all) {
     summary += kept;
     summary += "  ";
   }
-  return copyText(summary.c_str());
+  return copyText(summary);
 }
 
 }  // namespace
@@ -233,7 +232,7 @@ char* VymSpiderFieldFinder::getURL(DcDocument* doc) {
   if (lineEnd == nullptr) return nullptr;
   const std::string_view line(text.get(), static_cast<std::size_t>(lineEnd - text.get()));
   const std::string url = addressOf(line);
-  return url.empty() ? nullptr : copyText(url.c_str());
+  return url.empty() ? nullptr : copyText(url);
 }
 
 DcFieldFinder* FIELD_FINDER(int summaryMode, int numSumSent, const char* sroot,

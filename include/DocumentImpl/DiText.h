@@ -52,9 +52,6 @@ void seekTo(std::istream& stream, long position);
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
 std::size_t findIgnoringCase(std::string_view text, std::string_view pattern, std::size_t from = 0);
 
-// White space of the C locale, for any byte.
-bool isSpaceByte(char c);
-
 // The header bytes of a document; empty without a source or a header.
 std::string headerText(DcHeaderDocument* doc);
 
@@ -90,8 +87,5 @@ class DiPageHead {
 // protocol TAB host TAB port TAB path, the first line of a page that a crawler has
 // fetched, as an address; empty when a tab is missing. The path may hold more tabs.
 std::string addressOf(std::string_view line);
-
-// `text` in a new array that the caller owns.
-char* newText(std::string_view text);
 
 }  // namespace vandrelle

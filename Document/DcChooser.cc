@@ -14,11 +14,22 @@
 #include "Tool/VandrelleLog.h"
 
 namespace vandrelle {
-namespace {
 
-constexpr int kPlainTextType = 1;
+void DcTrailer::load(const char* from) {
+  oneDocNum_ = loadS32(from);
+  multiDocNum_ = loadS32(from + 4);
+  for (int slot = 0; slot < kUserSlots; ++slot) {
+    userCreatorNums_[slot] = loadS32(from + 8 + 4 * slot);
+  }
+}
 
-}  // namespace
+void DcTrailer::store(char* to) const {
+  storeS32(to, oneDocNum_);
+  storeS32(to + 4, multiDocNum_);
+  for (int slot = 0; slot < kUserSlots; ++slot) {
+    storeS32(to + 8 + 4 * slot, userCreatorNums_[slot]);
+  }
+}
 
 DcChooser::DcChooser(const char* root, DcUserTypes* usertypes, std::fstream* index,
                      DcMetaIndexCreator* mcr)
@@ -30,16 +41,12 @@ DcChooser::DcChooser(const char* root, DcUserTypes* usertypes, std::fstream* ind
       mcr_(mcr) {
   if (index == nullptr) return;
   info_ = 2;
-  char trailer[kTrailerSize] = {};
+  char trailer[DcTrailer::kBytes] = {};
   index->clear();
-  index->seekg(-kTrailerSize, std::ios::end);
+  index->seekg(-DcTrailer::kBytes, std::ios::end);
   index->read(trailer, sizeof trailer);
   index->clear();
-  oneDocNum_ = loadS32(trailer);
-  multiDocNum_ = loadS32(trailer + 4);
-  for (int slot = 0; slot < kUserSlots; ++slot) {
-    userCreatorNums_[slot] = loadS32(trailer + 8 + 4 * slot);
-  }
+  next_.load(trailer);
   index->seekp(0, std::ios::end);
 }
 
@@ -47,7 +54,7 @@ DcChooser::~DcChooser() = default;
 
 int DcChooser::Add(const char* fileName, int type, long* docNum) {
   currentType_ = type;
-  if (type >= kFirstUserCreatorType) return userAdd(fileName, type, docNum);
+  if (type >= DcDataType::kFirstUserForm) return userAdd(fileName, type, docNum);
   if (nonStdType(type)) return nonStdAdd(fileName, type);
   if (multiDocFiles(type)) {
     if (multiDocCreator_ == nullptr) {
@@ -55,21 +62,21 @@ int DcChooser::Add(const char* fileName, int type, long* docNum) {
           std::make_unique<DcMultiDocIndexCreator>(multiRoot_.c_str(), this, mcr_, info_);
     }
     const int count = multiDocCreator_->Add(fileName);
-    *docNum = multiDocNum_;
-    multiDocNum_ += count;
+    *docNum = next_.multiDocNum_;
+    next_.multiDocNum_ += count;
     return count;
   }
   if (oneDocCreator_ == nullptr) {
     oneDocCreator_ = std::make_unique<DcOneDocIndexCreator>(oneRoot_.c_str(), this, mcr_, info_);
   }
   const int count = oneDocCreator_->Add(fileName);
-  *docNum = oneDocNum_;
-  oneDocNum_ += count;
+  *docNum = next_.oneDocNum_;
+  next_.oneDocNum_ += count;
   return count;
 }
 
 int DcChooser::userAdd(const char* fileName, int type, long* docNum) {
-  const int slot = type - kFirstUserCreatorType;
+  const int slot = type - DcDataType::kFirstUserForm;
   if (slot >= kUserSlots) {
     LOG(0, 1, fileName << " has the data type " << type << ", above the last that can be served.");
     return 0;
@@ -79,8 +86,8 @@ int DcChooser::userAdd(const char* fileName, int type, long* docNum) {
   }
   // A type without a creator still makes one document of each file.
   const int count = userCreators_[slot] != nullptr ? userCreators_[slot]->Add(fileName) : 1;
-  *docNum = userCreatorNums_[slot];
-  userCreatorNums_[slot] += count;
+  *docNum = next_.userCreatorNums_[slot];
+  next_.userCreatorNums_[slot] += count;
   return count;
 }
 
@@ -98,27 +105,23 @@ DcPartialDocumentManager* DcChooser::nonStdManager(int type, DcMetaDocManager* m
 
 HelperStruct* DcChooser::helpers(int type) {
   if (type == -1) type = currentType_;
-  if (type < kFirstUserType) return helperDist_->helpers(type);
-  const int slot = type - kFirstUserType;
+  if (type < DcDataType::kFirstUser) return helperDist_->helpers(type);
+  const int slot = type - DcDataType::kFirstUser;
   HelperStruct* found = slot < kUserSlots ? userHelpers_[slot] : nullptr;
   if (found == nullptr && userTypes_ != nullptr) found = userTypes_->userHelpers(type);
-  if (found == nullptr) found = helperDist_->helpers(kPlainTextType);
+  if (found == nullptr) found = helperDist_->helpers(DcDataType::kText);
   if (slot < kUserSlots) userHelpers_[slot] = found;
   return found;
 }
 
 int DcChooser::multiDocFiles(int type) {
-  if (type < kFirstUserType) return helperDist_->multiDocFiles(type);
+  if (type < DcDataType::kFirstUser) return helperDist_->multiDocFiles(type);
   return userTypes_ != nullptr ? userTypes_->multiDocFiles(type) : 0;
 }
 
 void DcChooser::writeNumsToDisk(std::fstream* index) {
-  char trailer[kTrailerSize];
-  storeS32(trailer, oneDocNum_);
-  storeS32(trailer + 4, multiDocNum_);
-  for (int slot = 0; slot < kUserSlots; ++slot) {
-    storeS32(trailer + 8 + 4 * slot, userCreatorNums_[slot]);
-  }
+  char trailer[DcTrailer::kBytes];
+  next_.store(trailer);
   index->seekp(0, std::ios::end);
   index->write(trailer, sizeof trailer);
 }

@@ -9,7 +9,10 @@
 #include <utility>
 
 #include "Document/DcException.h"
+#include "Document/DcFileListCreator.h"
 #include "Document/DcMetaDocManager.h"
+#include "Document/DcMultiDocManager.h"
+#include "Document/DcOneDocManager.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/SysTools.h"
 #include "Tool/VersionControl.h"
@@ -19,10 +22,9 @@ namespace {
 
 constexpr const char* kSuffixes[] = {".idx", "_one.idx", "_mlt.idx", ".lpt", ".lst", ".dir"};
 constexpr int kRowSize = DcMetaDocManager::kRowSize;
-constexpr int kTrailerSize = DcChooser::kTrailerSize;
-constexpr int kPointerSize = 8;
-constexpr int kOneRecord = 8;
-constexpr int kMultiRecord = 12;
+constexpr int kTrailerSize = DcTrailer::kBytes;
+constexpr int kPointerSize = DcFileListCreator::kPointerSize;
+constexpr int kOneRecord = DcOneDocManager::kRecordSize;
 constexpr int kSizeWord = 4;
 constexpr int kDirOffset = 2;
 constexpr int kShortestEntry = kDirOffset + 1;
@@ -90,8 +92,7 @@ struct DcDocumentListMerger::Source {
   std::string directories;
   int64_t documents = 0;
   int64_t numFiles = 0;
-  int32_t one = 0;
-  int32_t multi = 0;
+  DcTrailer next;
   int64_t bytes = 0;  // of its files of one document
 };
 
@@ -135,25 +136,25 @@ int DcDocumentListMerger::addIndex(const char* root) {
   char trailer[kTrailerSize];
   source.rows.seek(source.documents * kRowSize);
   source.rows.read(trailer, sizeof trailer);
-  source.one = loadS32(trailer);
-  source.multi = loadS32(trailer + 4);
-  for (int at = 8; at < kTrailerSize; at += 4) {
-    if (loadS32(trailer + at) == 0) continue;
+  source.next.load(trailer);
+  for (const int32_t number : source.next.userCreatorNums_) {
+    if (number == 0) continue;
     THROW(indexmgr, "The index " << root << " holds documents in a form of an application's own, "
                                  << "which only that can merge.");
   }
-  if (source.one < 0 || source.multi < 0 || oneDocNum_ > kMostEntries - source.one ||
-      multiDocNum_ > kMostEntries - source.multi) {
+  if (source.next.oneDocNum_ < 0 || source.next.multiDocNum_ < 0 ||
+      next_.oneDocNum_ > kMostEntries - source.next.oneDocNum_ ||
+      next_.multiDocNum_ > kMostEntries - source.next.multiDocNum_) {
     damaged(source.rows.path(), "it counts more documents than there can be");
   }
 
   addRows(&source);
-  addForm(&source, kOne, source.one, kOneRecord);
-  addForm(&source, kMulti, source.multi, kMultiRecord);
+  addForm(&source, kOne, source.next.oneDocNum_, kOneRecord);
+  addForm(&source, kMulti, source.next.multiDocNum_, DcMultiDocManager::kRecordSize);
   addFiles(&source);
   documents_ += source.documents;
-  oneDocNum_ += source.one;
-  multiDocNum_ += source.multi;
+  next_.oneDocNum_ += source.next.oneDocNum_;
+  next_.multiDocNum_ += source.next.multiDocNum_;
   return static_cast<int>(source.documents);
 }
 
@@ -166,17 +167,17 @@ void DcDocumentListMerger::addRows(Source* source) {
     const int32_t type = loadS32(row);
     const int32_t num = loadS32(row + 4);
     const int32_t file = loadS32(row + 8);
-    if (type <= 0 || type >= DcChooser::kFirstUserCreatorType || file < 0 ||
+    if (type <= DcDataType::kExcluded || type >= DcDataType::kFirstUserForm || file < 0 ||
         file >= source->numFiles) {
       damaged(source->rows.path(), "a document has a type or a file that cannot be");
     }
     // A form of its own has no numbers.
     if (!chooser_.nonStdType(type)) {
       const bool multi = chooser_.multiDocFiles(type) != 0;
-      if (num < 0 || num >= (multi ? source->multi : source->one)) {
+      if (num < 0 || num >= (multi ? source->next.multiDocNum_ : source->next.oneDocNum_)) {
         damaged(source->rows.path(), "a document has a number that its form hasn't got");
       }
-      storeS32(row + 4, num + (multi ? multiDocNum_ : oneDocNum_));
+      storeS32(row + 4, num + (multi ? next_.multiDocNum_ : next_.oneDocNum_));
     }
     storeS32(row + 8, static_cast<int32_t>(file + firstFile));
     write(kRows, row, sizeof row);
@@ -285,9 +286,8 @@ void DcDocumentListMerger::writePointer(int32_t offset, int64_t firstDoc) {
 }
 
 void DcDocumentListMerger::done() {
-  char trailer[kTrailerSize] = {};
-  storeS32(trailer, oneDocNum_);
-  storeS32(trailer + 4, multiDocNum_);
+  char trailer[kTrailerSize];
+  next_.store(trailer);
   write(kRows, trailer, sizeof trailer);
   char sizeWord[kSizeWord];
   storeU32(sizeWord, static_cast<uint32_t>(sourceBytes_ >> 10));

@@ -10,7 +10,7 @@
 
 namespace vandrelle {
 
-char* DcDocumentUtil::intToStr(int number) { return copyText(std::to_string(number).c_str()); }
+char* DcDocumentUtil::intToStr(int number) { return copyText(std::to_string(number)); }
 
 void DcDocumentUtil::write_int32(std::ostream& os, int32 value) {
   char bytes[4];

@@ -86,7 +86,7 @@ char* DcFieldParser::getFieldText(const char* fieldName, const char* fieldBuf) {
   const HeapAptr<char> once(text);
   std::string repeated;
   for (int i = 0; i < frequency; ++i) repeated.append(text).append(1, ' ');
-  return copyText(repeated.c_str());
+  return copyText(repeated);
 }
 
 char* DcFieldParser::getFieldsText(DcFieldsBinder* fieldDB) {
@@ -102,7 +102,7 @@ char* DcFieldParser::getFieldsText(DcFieldsBinder* fieldDB) {
     joined += text.get();
     any = true;
   }
-  return any ? copyText(joined.c_str()) : nullptr;
+  return any ? copyText(joined) : nullptr;
 }
 
 }  // namespace vandrelle

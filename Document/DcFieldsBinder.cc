@@ -15,8 +15,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kReadExisting = 1 | 4;
-constexpr int kAbsolute = 1;
 constexpr std::size_t kNameBytes = 256;
 constexpr int kPieceBytes = 64;
 static_assert(DcFieldsBinder::kValueBytes % kPieceBytes == 0);
@@ -28,11 +26,20 @@ std::unique_ptr<char[]> nameBuffer(const std::string& name) {
   return buffer;
 }
 
+// A run that is cut short while it removes the slow form leaves a part of it, which
+// must not hide the fast one.
+bool hasSlowForm(const NameManager& name) {
+  for (const char* suffix : {".fld.ptr", ".fld.lst", ".fld.val", ".fld.nam"}) {
+    if (!SysTools::fileExists(name.suffix(suffix))) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 DcFieldsBinder::DcFieldsBinder(const char* root) {
   const NameManager name(root, 20);
-  if (ismain_.open(name.suffix(".fld.ptr"))) {
+  if (hasSlowForm(name) && ismain_.open(name.suffix(".fld.ptr"))) {
     valid_ = openSlow(root);
   } else {
     valid_ = fastFilesOn(root);
@@ -44,8 +51,7 @@ DcFieldsBinder::~DcFieldsBinder() = default;
 bool DcFieldsBinder::openSlow(const char* root) {
   const NameManager name(root, 20);
   if (!islist_.open(name.suffix(".fld.lst"))) return false;
-  if (!SysTools::fileExists(name.suffix(".fld.val"))) return false;
-  isval_.open(name.suffix(".fld.val"), kReadExisting);
+  isval_.open(name.suffix(".fld.val"), StStorageStream::kRead | StStorageStream::kExisting);
   DcSourceStream isnam;
   if (!isval_.isOpen() || !isnam.open(name.suffix(".fld.nam"))) return false;
 
@@ -123,7 +129,7 @@ bool DcFieldsBinder::getFieldPos(std::uint16_t* nampos, StStoragePos* valpos) {
 std::unique_ptr<char[]> DcFieldsBinder::readValue(const StStoragePos& valpos,
                                                   const std::string& name) {
   char buffer[kValueBytes];
-  if (!isval_.seek(valpos, kAbsolute)) {
+  if (!isval_.seek(valpos, StStorageStream::kAbsolute)) {
     valid_ = false;
     return nullptr;
   }

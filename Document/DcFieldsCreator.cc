@@ -13,7 +13,6 @@ namespace vandrelle {
 namespace {
 
 constexpr int kNamesHint = 64;
-constexpr int kReadWriteAtEnd = 11;
 
 // Opens a file for reading and writing at its end, made if it isn't there.
 // Answers its size through `size`.
@@ -39,7 +38,8 @@ bool DcFieldsCreator::open(const char* root, int okexist) {
   const NameManager name(root, 20);
   if (!openAtEnd(osmain, name.suffix(".fld.ptr"), okexist, &mainEnd_)) return false;
   if (!openAtEnd(oslist, name.suffix(".fld.lst"), okexist, &listEnd_)) return false;
-  osval.open(name.suffix(".fld.val"), kReadWriteAtEnd);
+  osval.open(name.suffix(".fld.val"),
+             StStorageStream::kRead | StStorageStream::kWrite | StStorageStream::kAtEnd);
   if (!osval.isOpen()) return false;
   if (!openAtEnd(osnam, name.suffix(".fld.nam"), okexist, &nameEnd_)) return false;
   if (nameEnd_ > 0) {

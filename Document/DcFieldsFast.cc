@@ -1,15 +1,12 @@
-// The fast form of the field database: making it and reading it.
+// Reading of the fast form of the field database.
 
 #include <algorithm>
 #include <cstring>
 #include <fstream>
 
-#include "Document/DcFieldBag.h"
-#include "Document/DcFieldFilter.h"
 #include "Document/DcFieldNames.h"
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcFieldsCreator.h"
-#include "Fun/FdStream.h"
 #include "Storage/StStorage.h"
 #include "Tool/HeapText.h"
 #include "Tool/NameManager.h"
@@ -18,92 +15,24 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kRead = 1;
-constexpr int kWrite = 2;
-constexpr int kReadExisting = 1 | 4;
-constexpr int kAbsolute = 1;
-constexpr int kAdvice = 3;
-
-// Gathers the 5-byte positions of .fidx and writes whole numbers of them.
-class FastIndexWriter {
- public:
-  explicit FastIndexWriter(const char* path)
-      : file_(path, std::ios::binary | std::ios::out | std::ios::trunc) {}
-
-  void add(const StStoragePos& position) {
-    storeFastPosition(buffer_ + used_, position);
-    used_ += kFastPositionBytes;
-    if (used_ == kBufferBytes) flush();
+// Each name takes 1,024 bytes of memory for its values, so what cannot be names of
+// fields is refused.
+bool getFastNames(const char* path, std::vector<std::string>* numToName) {
+  DcSourceStream file;
+  if (!file.open(path)) return false;
+  file.seekg(0, std::ios::end);
+  if (file.tellg() > std::streamoff{DcFieldsCreator::kNameLimit}) return false;
+  file.seekg(0);
+  std::vector<DcFieldName> names;
+  if (!getNames(file, &names)) return false;
+  for (const DcFieldName& field : names) {
+    if (field.name.empty()) return false;
+    numToName->push_back(field.name);
   }
-
-  bool finish() {
-    flush();
-    file_.close();
-    return !file_.fail();
-  }
-
- private:
-  static constexpr int kBufferBytes = 1020;
-
-  void flush() {
-    file_.write(reinterpret_cast<const char*>(buffer_), used_);
-    used_ = 0;
-  }
-
-  std::ofstream file_;
-  unsigned char buffer_[kBufferBytes];
-  int used_ = 0;
-};
+  return !numToName->empty();
+}
 
 }  // namespace
-
-bool DcFieldsBinder::createFastFiles(DcFieldBag* fields, DcFieldFilter* filter, FdBag* conversions,
-                                     const char* sroot, const char* droot) {
-  if (droot == nullptr) droot = sroot;
-  if (fields == nullptr && filter == nullptr) return createFastIdx(sroot, droot);
-  if (fields == nullptr) return false;
-  DcFieldsBinder binder(sroot);
-  std::unique_ptr<FdStream> names(fields->iterator());
-  names->reset();
-  if (!binder.valid() || binder.numDocuments() == 0 || !names->more()) return false;
-  if (conversions != nullptr) binder.equate(conversions);
-
-  const NameManager root(droot, 20);
-  FastIndexWriter index(root.suffix(".fidx"));
-  std::ofstream nameFile(root.suffix(".fnam"), std::ios::binary | std::ios::trunc);
-  StStorageStream data(root.suffix(".fdat"), kWrite);
-  if (!data.isOpen()) return false;
-  for (int doc = 0; doc < binder.numDocuments(); ++doc) {
-    index.add(data.tell());
-    for (names->reset(); names->more(); names->next()) {
-      const char* name = static_cast<const char*>(names->key());
-      if (doc == 0) nameFile.write(name, static_cast<std::streamsize>(std::strlen(name) + 1));
-      HeapAptr<char> value(binder.retrieve(doc, name));
-      if (filter != nullptr) value.reset(filter->filterText(value.get(), name));
-      const char* text = value ? value.get() : "";
-      data.write(text, static_cast<unsigned>(std::strlen(text) + 1));
-    }
-  }
-  data.close();
-  nameFile.close();
-  return index.finish() && !nameFile.fail() && binder.valid();
-}
-
-bool DcFieldsBinder::createFastIdx(const char* sroot, const char* droot) {
-  const NameManager source(sroot, 20);
-  const NameManager target(droot, 20);
-  DcSourceStream main;
-  DcSourceStream list;
-  if (!main.open(source.suffix(".fld.ptr")) || !list.open(source.suffix(".fld.lst"))) return false;
-  FastIndexWriter index(target.suffix(".fidx"));
-  for (char entry[DcFieldsCreator::kPtrBytes]; main.read(entry, sizeof entry);) {
-    char record[DcFieldsCreator::kRecordBytes];
-    list.seekg(loadU32(entry));
-    if (!list.read(record, sizeof record)) return false;
-    index.add(StStoragePos(loadU32(record + 2), loadU32(record + 6)));
-  }
-  return index.finish();
-}
 
 bool DcFieldsBinder::fastFilesOn(const char* root) {
   if (!fastFileRoot_.empty() && fastFileRoot_ == root) return true;
@@ -128,13 +57,11 @@ bool DcFieldsBinder::getFastFiles(const char* root) {
     return false;
   }
 
-  DcSourceStream nameFile;
-  std::vector<DcFieldName> names;
-  if (!nameFile.open(name.suffix(".fnam")) || !getNames(nameFile, &names)) return false;
-  for (const DcFieldName& field : names) numToName_.push_back(field.name);
+  if (!getFastNames(name.suffix(".fnam"), &numToName_)) return false;
 
   fastIdx_ = std::make_unique<SysToolsMapObject>(name.suffix(".fidx"), 0, 0);
-  fastDat_ = std::make_unique<StStorageStream>(name.suffix(".fdat"), kReadExisting);
+  fastDat_ = std::make_unique<StStorageStream>(name.suffix(".fdat"),
+                                               StStorageStream::kRead | StStorageStream::kExisting);
   numDocuments_ = static_cast<int>(count);
   fastFileRoot_ = root;
   cachedDocNum_ = -1;
@@ -158,7 +85,7 @@ bool DcFieldsBinder::loadFast(int doc) {
   const unsigned char* index = static_cast<const unsigned char*>(fastIdx_->addr());
   const StStoragePos position =
       loadFastPosition(index + std::size_t{kFastPositionBytes} * static_cast<std::size_t>(doc));
-  if (!fastDat_->seek(position, kAbsolute)) return false;
+  if (!fastDat_->seek(position, StStorageStream::kAbsolute)) return false;
   const int got = static_cast<int>(
       fastDat_->read(cachedFieldBuf_.data(), static_cast<unsigned>(cachedFieldBuf_.size())));
   cachedBytes_ = got > 0 ? static_cast<std::size_t>(got) : 0;
@@ -175,11 +102,7 @@ char* DcFieldsBinder::fastValue(const char* strings, std::size_t size, int numbe
     ++next;
   }
   // The buffer ends where it ends, with or without the last value's NUL.
-  const std::size_t length = ::strnlen(next, static_cast<std::size_t>(end - next));
-  char* value = new char[length + 1];
-  std::memcpy(value, next, length);
-  value[length] = '\0';
-  return value;
+  return copyText(std::string_view(next, ::strnlen(next, static_cast<std::size_t>(end - next))));
 }
 
 int DcFieldsBinder::fieldNum(const std::string& name) const {
@@ -211,7 +134,7 @@ StStorageBuffer* DcFieldsBinder::getBuffer(int doc) {
   if (!(begin < size)) return nullptr;
   StStoragePos end = begin + static_cast<uint32>(cachedFieldBuf_.size());
   if (size < end) end = size;
-  return new StStorageBuffer(begin, (end - begin).Lo(), storage, kRead, kAdvice);
+  return new StStorageBuffer(begin, (end - begin).Lo(), storage, kStRead, kStDefaultAdvice);
 }
 
 char* DcFieldsBinder::retrieve(StStorageBuffer* buffer, const char* fieldName) {

@@ -10,12 +10,10 @@
 #include <vector>
 
 #include "Document/DcFieldBag.h"
-#include "Document/DcFieldNames.h"
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcFieldsCreator.h"
 #include "Document/TempFnameCreator.h"
 #include "Fun/FdStream.h"
-#include "Index/IkMergeDeleter.h"
 #include "Storage/StFileStorage.h"
 #include "Tool/HeapText.h"
 #include "Tool/NameManager.h"
@@ -28,13 +26,11 @@ namespace {
 constexpr const char* kValueSuffix = ".fld.val";
 constexpr const char* kSlowSuffixes[] = {".fld.ptr", ".fld.lst", kValueSuffix, ".fld.nam"};
 constexpr int kUnlinkTries = 20;
-constexpr int kReadWriteAtEnd = 11;
-constexpr int kReadExisting = 1 | 4;
 
 // Values may have outgrown one file on either side.
 bool copyStorage(const char* from, const char* to) {
   if (!SysTools::fileExists(from)) return false;
-  StStorageStream in(from, kReadExisting);
+  StStorageStream in(from, StStorageStream::kRead | StStorageStream::kExisting);
   StStorageStream out(to, StStorageStream::kWrite);
   char bytes[StStorageStream::kBufferBytes];
   while (const unsigned length = in.read(bytes, sizeof bytes)) out.write(bytes, length);
@@ -140,41 +136,6 @@ bool DcFieldsCreator::merge(const char* src_root, const char* dst_root, DcFieldB
   target.restoreTail();
   target.flush();
   return source.valid() && target.valid();
-}
-
-bool DcFieldsCreator::mergeFastFields(const char* src_root, const char* dst_root,
-                                      IkMergeDeleter* deleter) {
-  if (src_root == nullptr || dst_root == nullptr || std::string(src_root) == dst_root) return false;
-  const NameManager source(src_root, 20);
-  const NameManager target(dst_root, 20);
-  if (!SysTools::fileExists(source.suffix(".fdat"))) return false;
-  DcFieldsBinder binder(src_root);
-  // Where the slow form is there too, it is the fast one that counts.
-  if (!binder.valid() || !binder.fastFilesOn(src_root) || !binder.gotoDoc(0)) return false;
-  std::ofstream index(target.suffix(".fidx"), std::ios::binary | std::ios::app);
-  StStorageStream values(target.suffix(".fdat"), kReadWriteAtEnd);
-  StStorageStream from(source.suffix(".fdat"), kReadExisting);
-  if (!index) return false;
-  int fields = 0;
-  for (DcFieldInfo field; binder.getField(field);) ++fields;
-
-  for (int doc = 0; doc < binder.numDocuments(); ++doc) {
-    std::string strings;
-    for (int i = 0; i < fields;) {
-      const int c = from.get();
-      if (c < 0) return false;
-      strings.push_back(static_cast<char>(c));
-      if (c == 0) ++i;
-    }
-    if (deleter != nullptr && deleter->newChunk(doc) == IkMergeDeleter::kGone) continue;
-    unsigned char position[kFastPositionBytes];
-    storeFastPosition(position, values.tell());
-    index.write(reinterpret_cast<const char*>(position), kFastPositionBytes);
-    values.write(strings.data(), static_cast<unsigned>(strings.size()));
-  }
-  values.close();
-  index.close();
-  return !index.fail();
 }
 
 }  // namespace vandrelle

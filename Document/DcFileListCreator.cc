@@ -109,7 +109,8 @@ void DcFileListCreator::setUp() {
   if (!*fileList_) THROW(ListCr, "couldn't create file list");
   ptrList_ = std::make_unique<std::fstream>(ptrName_, kCreate);
   if (!*ptrList_) THROW(ListCr, "couldn't create ptr list");
-  tempList_ = FdDBMManager::Btree((root_ + ".tmp").c_str(), 1);
+  newNames_.reset(FdDBMManager::Btree((root_ + ".tmp").c_str(), 1));
+  tempList_ = newNames_.get();
 }
 
 void DcFileListCreator::openDirList() {
@@ -147,7 +148,7 @@ void DcFileListCreator::AddFile(const char* fullFileName, long docNum, const cha
   if (listEnd_ > std::numeric_limits<int32_t>::max()) {
     THROW(ListCr, "The file list " << listName_ << " is full: it cannot grow past 2 GiB.");
   }
-  char record[8];
+  char record[kPointerSize];
   storeS32(record, static_cast<int32_t>(listEnd_));
   storeS32(record + 4, static_cast<int32_t>(docNum));
   ptrList_->write(record, sizeof record);
@@ -198,7 +199,7 @@ void DcFileListCreator::Remove(const char* fileName, long* low, long* high) {
     tempList_->remove(fileName, keySize(fileName), fileNumber, &size);
     char removed[4];
     storeS32(removed, -1);
-    ptrList_->seekp(number * 8);
+    ptrList_->seekp(number * kPointerSize);
     ptrList_->write(removed, sizeof removed);
   }
   ptrList_->seekp(0, std::ios::end);
@@ -212,7 +213,6 @@ void DcFileListCreator::Done() {
   if (newList_ && !notEmpty_) {
     THROW(ListCr, "no valid files added to index - no index built");
   }
-  const bool binding = reader_ != nullptr;
   reader_.reset();
   char sizeWord[4];
   storeU32(sizeWord, totalK_ + (totalBytes_ >> 10));
@@ -220,7 +220,7 @@ void DcFileListCreator::Done() {
   close(fileList_, listName_);
   close(ptrList_, ptrName_);
   close(dirList_, dirName_);
-  if (!binding) delete tempList_;
+  newNames_.reset();
   tempList_ = nullptr;
   directoryBag_.clear();
 }

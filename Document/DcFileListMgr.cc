@@ -4,6 +4,7 @@
 
 #include "Document/DcDocumentUtil.h"
 #include "Document/DcException.h"
+#include "Document/DcFileListCreator.h"
 #include "Document/DcFileListReader.h"
 #include "Document/DcFileStream.h"
 #include "Tool/SysTools.h"
@@ -11,8 +12,6 @@
 namespace vandrelle {
 
 namespace {
-
-constexpr long kPointerRecord = 8;
 
 // Null when the file cannot be opened.
 std::unique_ptr<std::fstream> openList(const std::string& name) {
@@ -50,7 +49,7 @@ long DcFileListMgr::numFiles() { return filesExist_ ? reader_->numFiles() : 0; }
 char* DcFileListMgr::numToName(int filenum) {
   if (!filesExist_ || filenum < 0) return nullptr;
   ptrList_->clear();
-  ptrList_->seekg(filenum * kPointerRecord);
+  ptrList_->seekg(long{filenum} * DcFileListCreator::kPointerSize);
   return reader_->readName();
 }
 

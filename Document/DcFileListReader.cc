@@ -6,6 +6,7 @@
 #include <cstring>
 #include <iomanip>
 
+#include "Document/DcFileListCreator.h"
 #include "Fun/FdBag.h"
 #include "Fun/FdDBMManager.h"
 #include "Tool/ByteOrder.h"
@@ -40,7 +41,11 @@ bool readInt32(std::fstream& stream, int32_t& value) {
 
 DcFileListReader::DcFileListReader(const char* root, std::fstream* ptrList, std::fstream* fileList,
                                    std::fstream* dirList)
-    : ptrList_(ptrList), fileList_(fileList), dirList_(dirList), treeName_(root) {
+    : ptrList_(ptrList),
+      fileList_(fileList),
+      dirList_(dirList),
+      treeName_(root),
+      blockSize_(DcFileListCreator::kPointerSize) {
   treeName_ += ".tmp";
 }
 
@@ -93,9 +98,7 @@ char* DcFileListReader::readName() {
   std::string name;
   *fileList_ >> std::setw(PATH_MAX) >> name;
   if (relative) name.insert(0, dirName_);
-  char* copy = new char[name.size() + 1];
-  std::memcpy(copy, name.c_str(), name.size() + 1);
-  return copy;
+  return copyText(name);
 }
 
 long DcFileListReader::nameInfo(const char* name, long* low, long* high, long* /*date*/) {

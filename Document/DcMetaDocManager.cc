@@ -37,9 +37,7 @@ constexpr std::size_t kSuffixLength = 4;
 // A colon before this index belongs to the file name.
 constexpr std::size_t kFirstSuffixIndex = 3;
 
-char* concatenate(const char* text, const char* tail) {
-  return copyText((std::string(text) + tail).c_str());
-}
+char* concatenate(const char* text, const char* tail) { return copyText(std::string(text) + tail); }
 
 long sizeOf(std::ifstream& stream) {
   stream.seekg(0, std::ios::end);
@@ -51,46 +49,29 @@ long sizeOf(std::ifstream& stream) {
 
 DcMetaDocManager::DcMetaDocManager(const char* root, TkStemmer* stemmer, DcFieldParser* fp,
                                    DcUserTypes* utypes)
-    : userTypes_(utypes), stemmer_(stemmer), root_(copyText(root)), fieldParser_(fp) {
-  const std::string rows = std::string(root) + ".idx";
-  const std::string single = std::string(root) + ".spc";
+    : userTypes_(utypes), stemmer_(stemmer), root_(root), fieldParser_(fp) {
+  const std::string rows = root_ + ".idx";
+  const std::string single = root_ + ".spc";
   if (SysTools::fileExists(rows.c_str())) {
-    index_ = DcDocumentUtil::ReadFile(rows.c_str());
-    numDocuments_ = static_cast<int>(std::max(sizeOf(*index_) - kTrailerSize, 0L) / kRowSize);
+    index_.reset(DcDocumentUtil::ReadFile(rows.c_str()));
+    numDocuments_ = static_cast<int>(std::max(sizeOf(*index_) - DcTrailer::kBytes, 0L) / kRowSize);
   } else if (SysTools::fileExists(single.c_str())) {
-    special_ = DcDocumentUtil::ReadFile(single.c_str());
-    datatype_ = DcDocumentUtil::ReadAtPos(special_, 0);
-    numDocuments_ = DcDocumentUtil::ReadAtPos(special_, 4);
+    special_.reset(DcDocumentUtil::ReadFile(single.c_str()));
+    datatype_ = DcDocumentUtil::ReadAtPos(special_.get(), 0);
+    numDocuments_ = DcDocumentUtil::ReadAtPos(special_.get(), 4);
   } else {
     THROW(FileMgr, "There is no index to bind to");
   }
   if (fieldParser_ == nullptr) {
-    fieldParser_ = new DcFieldParser;
-    newFP_ = true;
+    newFP_ = std::make_unique<DcFieldParser>();
+    fieldParser_ = newFP_.get();
   }
-  chooser_ = new DcChooser(root_, userTypes_, nullptr, nullptr);
-  fieldDB_ = new DcFieldsBinder(root_);
-  multiRoot_ = concatenate(root_, "_mlt");
-  oneRoot_ = concatenate(root_, "_one");
-  flm_ = new DcFileListMgr(root_);
+  chooser_ = std::make_unique<DcChooser>(root, userTypes_, nullptr, nullptr);
+  fieldDB_ = std::make_unique<DcFieldsBinder>(root);
+  flm_ = std::make_unique<DcFileListMgr>(root);
 }
 
-DcMetaDocManager::~DcMetaDocManager() {
-  // The sub-managers close their files through helpers of the chooser.
-  delete oneMgr_;
-  delete multiMgr_;
-  for (DcDocumentManager* manager : userManagers_) delete manager;
-  delete flm_;
-  delete fieldDB_;
-  delete chooser_;
-  if (newFP_) delete fieldParser_;
-  delete special_;
-  delete index_;
-  delete[] multiRoot_;
-  delete[] oneRoot_;
-  delete[] root_;
-  delete[] lastFileName_;
-}
+DcMetaDocManager::~DcMetaDocManager() = default;
 
 DcDocument* DcMetaDocManager::documentNum(int document_num) {
   currentNum_ = document_num;
@@ -101,8 +82,8 @@ DcDocument* DcMetaDocManager::documentNum(int document_num) {
   int num = realDocNum;
   if (datatype_ < 0) {
     const long row = voffset_ + static_cast<long>(realDocNum) * kRowSize;
-    type = DcDocumentUtil::ReadAtPos(index_, row);
-    num = DcDocumentUtil::ReadAtPos(index_, row + 4);
+    type = DcDocumentUtil::ReadAtPos(index_.get(), row);
+    num = DcDocumentUtil::ReadAtPos(index_.get(), row + 4);
   }
   currentType_ = type;
   DcDocument* document = dispatch(type, num);
@@ -111,12 +92,11 @@ DcDocument* DcMetaDocManager::documentNum(int document_num) {
 }
 
 DcDocument* DcMetaDocManager::dispatch(int type, int num) {
-  if (type >= kFirstUserManagerType) {
-    const int slot = type - kFirstUserManagerType;
+  if (type >= DcDataType::kFirstUserForm) {
+    const int slot = type - DcDataType::kFirstUserForm;
     if (slot >= kUserManagers) return nullptr;
     if (userManagers_[slot] == nullptr && userTypes_ != nullptr) {
-      const HeapAptr<char> name(userRoot(type));
-      userManagers_[slot] = userTypes_->userManager(name.get(), type, this);
+      userManagers_[slot].reset(userTypes_->userManager(userRoot(type).c_str(), type, this));
     }
     return userManagers_[slot] == nullptr ? nullptr : userManagers_[slot]->documentNum(num);
   }
@@ -126,11 +106,15 @@ DcDocument* DcMetaDocManager::dispatch(int type, int num) {
   }
   if (chooser_->multiDocFiles(type) != 0) {
     if (multiMgr_ == nullptr) {
-      multiMgr_ = new DcMultiDocManager(multiRoot_, stemmer_, this, chooser_);
+      multiMgr_ = std::make_unique<DcMultiDocManager>((root_ + "_mlt").c_str(), stemmer_, this,
+                                                      chooser_.get());
     }
     return multiMgr_->documentNum(num);
   }
-  if (oneMgr_ == nullptr) oneMgr_ = new DcOneDocManager(oneRoot_, stemmer_, this, chooser_);
+  if (oneMgr_ == nullptr) {
+    oneMgr_ =
+        std::make_unique<DcOneDocManager>((root_ + "_one").c_str(), stemmer_, this, chooser_.get());
+  }
   return oneMgr_->documentNum(num);
 }
 
@@ -150,10 +134,10 @@ void DcMetaDocManager::attachConstraintWords(int realDocNum, DcDocument* documen
   }
 }
 
-char* DcMetaDocManager::userRoot(int type) const {
+std::string DcMetaDocManager::userRoot(int type) const {
   char tail[16];
-  std::snprintf(tail, sizeof tail, "_%02d", type - kFirstUserManagerType);
-  return concatenate(root_, tail);
+  std::snprintf(tail, sizeof tail, "_%02d", type - DcDataType::kFirstUserForm);
+  return root_ + tail;
 }
 
 DcDocument* DcMetaDocManager::documentName(const char* name) {
@@ -163,7 +147,7 @@ DcDocument* DcMetaDocManager::documentName(const char* name) {
 
 int DcMetaDocManager::docNumToFileNum(long docNum) {
   if (docNum < firstNum_) return -1;
-  return DcDocumentUtil::ReadAtPos(index_, voffset_ + (docNum - firstNum_) * kRowSize + 8);
+  return DcDocumentUtil::ReadAtPos(index_.get(), voffset_ + (docNum - firstNum_) * kRowSize + 8);
 }
 
 char* DcMetaDocManager::numToFileName(int docNum) {
@@ -171,11 +155,10 @@ char* DcMetaDocManager::numToFileName(int docNum) {
   const int filenum = docNumToFileNum(docNum);
   if (filenum < 0 || !flm_->filesExist()) return nullptr;
   if (filenum != lastFileNum_) {
-    delete[] lastFileName_;
-    lastFileName_ = flm_->numToName(filenum);
+    lastFileName_.reset(flm_->numToName(filenum));
     lastFileNum_ = filenum;
   }
-  return copyText(lastFileName_);
+  return copyText(lastFileName_.get());
 }
 
 char* DcMetaDocManager::numToName(int docNum) {
@@ -221,7 +204,7 @@ void DcMetaDocManager::setFirstDoc(long num) {
 
 char* DcMetaDocManager::getFieldsText(int docNum) {
   if (!fieldDB_->gotoDoc(docNum - firstNum_)) return nullptr;
-  return fieldParser_->getFieldsText(fieldDB_);
+  return fieldParser_->getFieldsText(fieldDB_.get());
 }
 
 }  // namespace vandrelle

@@ -4,6 +4,7 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <string_view>
@@ -18,6 +19,7 @@
 #include "Document/DcMetaDocManager.h"
 #include "Document/DcTypeMap.h"
 #include "Fun/FdStream.h"
+#include "Token/CharacterClass.h"
 #include "Tool/ByteOrder.h"
 #include "Tool/HeapText.h"
 #include "Tool/VandrelleLog.h"
@@ -27,7 +29,7 @@ namespace vandrelle {
 namespace {
 
 constexpr int kRowSize = DcMetaDocManager::kRowSize;
-constexpr int kTrailerSize = DcChooser::kTrailerSize;
+constexpr int kTrailerSize = DcTrailer::kBytes;
 
 }  // namespace
 
@@ -91,7 +93,7 @@ int DcMetaIndexCreatorImpl::Add(const char* fileName) {
   const int numdocs = chooser_->Add(fileName, currentType_, &docNum);
   if (numdocs == 0) return 0;
   LOG(2, 1, "Indexed(Doc) " << fileName);
-  if (fileName[std::strcspn(fileName, " \t\n\v\f\r")] != '\0') {
+  if (std::any_of(fileName, fileName + std::strlen(fileName), character_class::isSpace)) {
     LOG(0, 1,
         "A name is read back up to its first white space, so these words will be missed; rename "
             << fileName);
@@ -257,7 +259,9 @@ void DcMetaIndexCreatorImpl::excludeBadEndings() {
   if (builtInMap() != nullptr) builtInMap()->excludeBadEndings();
 }
 
-void DcMetaIndexCreatorImpl::excludeRegExp(const char* regexp) { addDataType(regexp, 0, 0); }
+void DcMetaIndexCreatorImpl::excludeRegExp(const char* regexp) {
+  addDataType(regexp, DcDataType::kExcluded, 0);
+}
 
 void DcMetaIndexCreatorImpl::DoneWithDataTypes() {
   if (builtInMap() != nullptr) builtInMap()->DoneWithDataTypes();

@@ -5,6 +5,7 @@
 #include "Document/DcChooser.h"
 #include "Document/DcMetaIndexCreator.h"
 #include "Document/DcMiniHeaderDocument.h"
+#include "Document/DcMultiDocManager.h"
 #include "DocumentImpl/DiFileHandler.h"
 #include "DocumentImpl/DiHeaderParser.h"
 #include "DocumentImpl/DiSeparator.h"
@@ -38,7 +39,7 @@ DcMultiDocIndexCreator::DcMultiDocIndexCreator(const char* root, DcChooser* help
 void DcMultiDocIndexCreator::setMembers() {
   index_->seekp(0, std::ios::end);
   const long size = static_cast<long>(index_->tellp());
-  docNum_ = static_cast<int32_t>((size - 1) / 12);
+  docNum_ = static_cast<int32_t>((size - 1) / DcMultiDocManager::kRecordSize);
 }
 
 int DcMultiDocIndexCreator::Add(const char* fileName) {

@@ -22,7 +22,7 @@ DEFINE_DESCRIPTOR(DcMultiDocManager);
 
 DcMultiDocManager::DcMultiDocManager(const char* root, TkStemmer* stemmer, DcMetaDocManager* mmgr,
                                      DcChooser* chooser)
-    : DcFileDocManager(stemmer, mmgr, chooser, 12) {
+    : DcFileDocManager(stemmer, mmgr, chooser, kRecordSize) {
   const std::string name = std::string(root) + ".idx";
   if (SysTools::fileExists(name.c_str())) index_ = DcDocumentUtil::ReadFile(name.c_str());
   numDocuments_ = numArticles();

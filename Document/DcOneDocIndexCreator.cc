@@ -8,6 +8,7 @@
 #include "Document/DcChooser.h"
 #include "Document/DcMetaIndexCreator.h"
 #include "Document/DcMiniHeaderDocument.h"
+#include "Document/DcOneDocManager.h"
 #include "DocumentImpl/DiFileHandler.h"
 #include "DocumentImpl/DiHeaderParser.h"
 #include "DocumentImpl/HelperStruct.h"
@@ -23,7 +24,7 @@ DcOneDocIndexCreator::DcOneDocIndexCreator(const char* root, DcChooser* helpt,
 
 void DcOneDocIndexCreator::setMembers() {
   index_->seekp(0, std::ios::end);
-  docNum_ = static_cast<int32_t>(index_->tellp() / 8);
+  docNum_ = static_cast<int32_t>(index_->tellp() / DcOneDocManager::kRecordSize);
 }
 
 int DcOneDocIndexCreator::Add(const char* fileName) {

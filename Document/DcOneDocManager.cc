@@ -20,7 +20,7 @@ DEFINE_DESCRIPTOR(DcOneDocManager);
 
 DcOneDocManager::DcOneDocManager(const char* root, TkStemmer* stemmer, DcMetaDocManager* mmgr,
                                  DcChooser* chooser)
-    : DcFileDocManager(stemmer, mmgr, chooser, 8) {
+    : DcFileDocManager(stemmer, mmgr, chooser, kRecordSize) {
   index_ = DcDocumentUtil::ReadFile((std::string(root) + ".idx").c_str());
   numDocuments_ = numArticles();
 }

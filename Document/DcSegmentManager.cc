@@ -135,7 +135,7 @@ char* DcSegmentManager::numToName(int num) {
   std::string text = name == nullptr ? "unknown" : name.get();
   text += flagType_ == kSentenceEnd ? ":sent" : ":para";
   text += std::to_string(num);
-  return copyText(text.c_str());
+  return copyText(text);
 }
 
 }  // namespace vandrelle

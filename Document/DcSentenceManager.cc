@@ -1,5 +1,6 @@
 #include "Document/DcSentenceManager.h"
 
+#include "Token/CharacterClass.h"
 #include "Token/TkLexer.h"
 
 namespace vandrelle {
@@ -12,9 +13,6 @@ namespace {
 // What ends before this many characters joins the next sentence.
 constexpr int kShortestSentence = 3;
 
-bool isMark(char c) { return c == '.' || c == '!' || c == '?'; }
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isClosingQuote(char c) { return c == '\'' || c == '"' || c == '`'; }
 
 // Does a sentence end at `place[pos]`? Follows the word from character to
@@ -23,16 +21,17 @@ class SentenceEnd {
  public:
   bool at(const char* place, int pos, int numch) {
     const char ch = place[pos];
-    if (isBlank(ch)) {
+    if (character_class::isSpace(ch)) {
       wordSize_ = 0;
       inAcro_ = false;
     } else if (ch != '\'' && ch != '`') {
       ++wordSize_;
     }
-    if (!isMark(ch)) return false;
+    if (!character_class::isSentenceMark(ch)) return false;
     // The mark counts: one letter with its mark is an initial.
     if (wordSize_ == 2) inAcro_ = true;
-    const bool decimalPoint = ch == '.' && pos + 1 < numch && isDigit(place[pos + 1]);
+    const bool decimalPoint =
+        ch == '.' && pos + 1 < numch && character_class::isDigit(place[pos + 1]);
     return wordSize_ >= 3 && !inAcro_ && !decimalPoint;
   }
 

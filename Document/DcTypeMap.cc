@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Document/DcDataType.h"
 #include "Fun/Fd.h"
 #include "Tool/RegularExpression.h"
 #include "Tool/VandrelleLog.h"
@@ -12,16 +13,12 @@ DcRegexpTypeMap::DcRegexpTypeMap() : typeTable_(Fd::Queue()) {}
 
 DcRegexpTypeMap::~DcRegexpTypeMap() {
   for (startWalk(); iter_->more(); iter_->next()) delete currentRule().expression;
-  delete iter_;
-  delete typeTable_;
-  delete tester_;
 }
 
 void DcRegexpTypeMap::addDataType(const char* regexp, int type, char binFlag) {
   // The walk would not see the end of a list that grows under it.
-  delete iter_;
-  iter_ = nullptr;
-  if (binFlag != 0 && tester_ == nullptr) tester_ = new DcBintest;
+  iter_.reset();
+  if (binFlag != 0 && tester_ == nullptr) tester_ = std::make_unique<DcBintest>();
   const DcDataTypeRecord rule = {type, new RegularExpression(regexp), binFlag};
   typeTable_->insert(regexp, static_cast<int>(std::strlen(regexp)) + 1, &rule, sizeof rule);
 }
@@ -36,7 +33,7 @@ void DcRegexpTypeMap::excludeBadEndings() {
 void DcRegexpTypeMap::DoneWithDataTypes() { startWalk(); }
 
 void DcRegexpTypeMap::startWalk() {
-  if (iter_ == nullptr) iter_ = typeTable_->iterator();
+  if (iter_ == nullptr) iter_.reset(typeTable_->iterator());
   iter_->reset();
 }
 
@@ -59,7 +56,7 @@ int DcRegexpTypeMap::fileToType(const char* filename) {
       LOG(0, 1, filename << " is binary.  Skipped.");
       return 0;
     }
-    if (rule.dataType == 0) logExclusion(filename);
+    if (rule.dataType == DcDataType::kExcluded) logExclusion(filename);
     return rule.dataType;
   }
   return 0;
@@ -68,7 +65,7 @@ int DcRegexpTypeMap::fileToType(const char* filename) {
 int DcRegexpTypeMap::excludeDir(const char* dirname) {
   for (startWalk(); iter_->more(); iter_->next()) {
     const DcDataTypeRecord rule = currentRule();
-    if (rule.dataType != 0 || !rule.expression->matches(dirname)) continue;
+    if (rule.dataType != DcDataType::kExcluded || !rule.expression->matches(dirname)) continue;
     logExclusion(dirname);
     return 1;
   }

@@ -9,6 +9,8 @@
 
 #include "Document/DcHeaderDocument.h"
 #include "DocumentImpl/DiText.h"
+#include "Token/CharacterClass.h"
+#include "Tool/HeapText.h"
 
 namespace vandrelle {
 
@@ -135,7 +137,7 @@ const char* DiEMSHeaderParser::GotoHeadLine(const char* head, int line, char sep
 }
 
 const char* DiEMSHeaderParser::FindNextTextLine(const char* line) const {
-  while (isSpaceByte(*line)) ++line;
+  while (character_class::isSpace(*line)) ++line;
   return line;
 }
 
@@ -157,14 +159,14 @@ char* DiEMSHeaderParser::ReadHeaders(const char* head, const char* header) const
     at = lineEnd;
     if (text.empty()) continue;
     if (text.starts_with("By ")) {
-      if (wantsAuthor) return newText(text.substr(3));
+      if (wantsAuthor) return copyText(text.substr(3));
       continue;
     }
     if (any) title += '/';
     title += text;
     any = true;
   }
-  return wantsAuthor || !any ? nullptr : newText(title);
+  return wantsAuthor || !any ? nullptr : copyText(title);
 }
 
 DiIDGHeaderParser::DiIDGHeaderParser(int defaultHeaders) {
@@ -182,7 +184,7 @@ char* DiIDGHeaderParser::getHeader(DcHeaderDocument* doc, const char* header) {
   const std::string text = headerText(doc);
   if (text.empty()) return nullptr;
   const Layout layout = layoutOf(text);
-  if (layout == Layout::kNotice) return newText("Advertisement");
+  if (layout == Layout::kNotice) return copyText("Advertisement");
   sep_ = layout == Layout::kReturns ? '\r' : '\n';
   const int line = layout == Layout::kReturns ? kHeadLineCR : kHeadLineLF;
   const char* head = GotoHeadLine(text.c_str(), line, sep_);
@@ -214,7 +216,7 @@ char* DiIDGHeaderParser::ReadTitle(const char* head) const {
     }
   }
   if (!title.empty() && title.back() == '/') title.pop_back();
-  return newText(title);
+  return copyText(title);
 }
 
 }  // namespace vandrelle

@@ -35,7 +35,7 @@ char* DiHeaderParserImpl::getStreamHeaders(DcHeaderDocument* doc) {
     for (int i = 0; i < frequency; ++i) joined.append(value.get()).append(1, ' ');
     any = true;
   }
-  return any ? newText(joined) : nullptr;
+  return any ? copyText(joined) : nullptr;
 }
 
 }  // namespace vandrelle

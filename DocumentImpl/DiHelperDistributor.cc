@@ -1,5 +1,6 @@
 #include "DocumentImpl/DiHelperDistributor.h"
 
+#include "Document/DcDataType.h"
 #include "DocumentImpl/DiBasicFileHandler.h"
 #include "DocumentImpl/DiClariSeparator.h"
 #include "DocumentImpl/DiDelimSeparator.h"
@@ -23,54 +24,69 @@ namespace vandrelle {
 namespace {
 
 constexpr int kIndexComments = 0;
-// The type whose lexer finds the paragraphs of Usenet articles.
-constexpr int kNntpType = 4;
 constexpr char kIndexedSuffix[] = ".ix";
+
+// The numbers of the helpers; an object is made for each that a type in use names.
+enum Lexer { kNoLexer, kTextLexer, kHtmlLexer, kRtfLexer, kTimesLexer };
+enum HeaderParser {
+  kNoHeaders,
+  kNntpHeaders,
+  kHtmlHeaders,
+  kEmsHeaders,
+  kMedLineHeaders,
+  kClariHeaders,
+  kCrawlerHeaders,
+  kIdgHeaders,
+  kEiHeaders,
+  kTimesHeaders,
+  kRunTimeHeaders
+};
+enum Separator {
+  kOneArticle,
+  kNntpArticles,
+  kRtfPieces,
+  kMedLineArticles,
+  kClariArticles,
+  kCrawlerPages,
+  kDumpedPages = 7,
+  kEiArticles,
+  kTimesArticles,
+  kRunTimeArticles
+};
+enum FileHandler { kBasicHandler, kZipHandler, kRenameHandler };
 
 struct TypeRow {
   int type;
   DiHelperTuple helpers;
 };
 
-// Type, then the numbers of lexer, header parser, separator and file handler.
 constexpr TypeRow kTypeRows[] = {
-    {1, {1, 0, 0, 0}},
-    {2, {2, 2, 0, 0}},
-    {3, {1, 0, 1, 0}},
-    {4, {1, 1, 1, 0}},
-    {5, {3, 0, 2, 0}},
-    {6, {2, 3, 0, 0}},
-    {7, {1, 4, 3, 0}},
-    {8, {1, 5, 4, 0}},
-    {9, {1, 7, 0, 0}},
-    {10, {2, 6, 5, 0}},
-    {11, {2, 0, 7, 1}},
-    {12, {1, 8, 8, 0}},
-    {13, {4, 9, 9, 0}},
-    {14, {2, 6, 5, 0}},
-    {15, {1, 10, 10, 0}},
+    {DcDataType::kText, {kTextLexer, kNoHeaders, kOneArticle, kBasicHandler}},
+    {DcDataType::kHtml, {kHtmlLexer, kHtmlHeaders, kOneArticle, kBasicHandler}},
+    {DcDataType::kUsenetText, {kTextLexer, kNoHeaders, kNntpArticles, kBasicHandler}},
+    {DcDataType::kUsenet, {kTextLexer, kNntpHeaders, kNntpArticles, kBasicHandler}},
+    {DcDataType::kRtf, {kRtfLexer, kNoHeaders, kRtfPieces, kBasicHandler}},
+    {DcDataType::kEms, {kHtmlLexer, kEmsHeaders, kOneArticle, kBasicHandler}},
+    {DcDataType::kMedLine, {kTextLexer, kMedLineHeaders, kMedLineArticles, kBasicHandler}},
+    {DcDataType::kClari, {kTextLexer, kClariHeaders, kClariArticles, kBasicHandler}},
+    {DcDataType::kIdg, {kTextLexer, kIdgHeaders, kOneArticle, kBasicHandler}},
+    {DcDataType::kCrawler, {kHtmlLexer, kCrawlerHeaders, kCrawlerPages, kBasicHandler}},
+    {DcDataType::kCompressedDump, {kHtmlLexer, kNoHeaders, kDumpedPages, kZipHandler}},
+    {DcDataType::kEi, {kTextLexer, kEiHeaders, kEiArticles, kBasicHandler}},
+    {DcDataType::kTimes, {kTimesLexer, kTimesHeaders, kTimesArticles, kBasicHandler}},
+    {DcDataType::kCrawlerToo, {kHtmlLexer, kCrawlerHeaders, kCrawlerPages, kBasicHandler}},
+    {DcDataType::kPdf, {kTextLexer, kRunTimeHeaders, kRunTimeArticles, kBasicHandler}},
     // Custom files; the driver gives them a type that stands beside row 15.
-    {16, {1, 10, 10, 0}},
+    {DcDataType::kCustom, {kTextLexer, kRunTimeHeaders, kRunTimeArticles, kBasicHandler}},
 };
 
 constexpr DiHelperTuple kNoHelpers;
-
-template <typename Helper, std::size_t Size>
-void deleteAll(Helper* (&helpers)[Size]) {
-  for (Helper* helper : helpers) delete helper;
-}
 
 }  // namespace
 
 DiHelperDistributor::DiHelperDistributor(const char* root) : root_(root) { FillArray(); }
 
-DiHelperDistributor::~DiHelperDistributor() {
-  // Parsers and separators before the lexers that they use.
-  deleteAll(hpArray_);
-  deleteAll(sepArray_);
-  deleteAll(fhArray_);
-  deleteAll(lexerArray_);
-}
+DiHelperDistributor::~DiHelperDistributor() = default;
 
 void DiHelperDistributor::FillArray() {
   for (const TypeRow& typeRow : kTypeRows) nameHelperArray_[typeRow.type] = typeRow.helpers;
@@ -93,39 +109,37 @@ HelperStruct* DiHelperDistributor::helpers(int type) {
 
 TkLexer* DiHelperDistributor::lexer(int type) {
   const int number = row(type).lexnum;
-  if (number != 0 && lexerArray_[number] == nullptr) lexerArray_[number] = makeLexer(number);
-  return lexerArray_[number];
+  if (lexerArray_[number] == nullptr) lexerArray_[number].reset(makeLexer(number));
+  return lexerArray_[number].get();
 }
 
 DiHeaderParser* DiHelperDistributor::headerParser(int type) {
   const int number = row(type).hpnum;
-  if (number != 0 && hpArray_[number] == nullptr) {
-    hpArray_[number] = makeHeaderParser(number, type);
-  }
-  return hpArray_[number];
+  if (hpArray_[number] == nullptr) hpArray_[number].reset(makeHeaderParser(number, type));
+  return hpArray_[number].get();
 }
 
 DiSeparator* DiHelperDistributor::separator(int type) {
   const int number = row(type).sepnum;
-  if (number != 0 && sepArray_[number] == nullptr) sepArray_[number] = makeSeparator(number, type);
-  return sepArray_[number];
+  if (sepArray_[number] == nullptr) sepArray_[number].reset(makeSeparator(number, type));
+  return sepArray_[number].get();
 }
 
 DiFileHandler* DiHelperDistributor::fileHandler(int type) {
   const int number = row(type).fhnum;
-  if (fhArray_[number] == nullptr) fhArray_[number] = makeFileHandler(number);
-  return fhArray_[number];
+  if (fhArray_[number] == nullptr) fhArray_[number].reset(makeFileHandler(number));
+  return fhArray_[number].get();
 }
 
 TkLexer* DiHelperDistributor::makeLexer(int number) {
   switch (number) {
-    case 1:
+    case kTextLexer:
       return TkManager::SimpleTextLexer();
-    case 2:
+    case kHtmlLexer:
       return TkManager::HtmlLexer(kIndexComments);
-    case 3:
+    case kRtfLexer:
       return TkManager::RTFLexer();
-    case 4:
+    case kTimesLexer:
       return new TkTimesLexer;
     default:
       return nullptr;
@@ -134,25 +148,25 @@ TkLexer* DiHelperDistributor::makeLexer(int number) {
 
 DiHeaderParser* DiHelperDistributor::makeHeaderParser(int number, int type) {
   switch (number) {
-    case 1:
-      return new DiNntpHeaderParser(lexer(kNntpType), 1);
-    case 2:
+    case kNntpHeaders:
+      return new DiNntpHeaderParser(lexer(DcDataType::kUsenet), 1);
+    case kHtmlHeaders:
       return new DiHtmlHeaderParser(1);
-    case 3:
+    case kEmsHeaders:
       return new DiEMSHeaderParser(1);
-    case 4:
+    case kMedLineHeaders:
       return new DiMedLineHeaderParser(1);
-    case 5:
+    case kClariHeaders:
       return new DiClariHeaderParser(lexer(type), 1);
-    case 6:
+    case kCrawlerHeaders:
       return new DiWebCrawlerHeaderParser(root_, 1);
-    case 7:
+    case kIdgHeaders:
       return new DiIDGHeaderParser(1);
-    case 8:
+    case kEiHeaders:
       return new DiEIHeaderParser(1);
-    case 9:
+    case kTimesHeaders:
       return new DiTimesHeaderParser(1);
-    case 10:
+    case kRunTimeHeaders:
       return new DiRunTimeHeaderParser(root_);
     default:
       return nullptr;
@@ -161,23 +175,23 @@ DiHeaderParser* DiHelperDistributor::makeHeaderParser(int number, int type) {
 
 DiSeparator* DiHelperDistributor::makeSeparator(int number, int type) {
   switch (number) {
-    case 1:
+    case kNntpArticles:
       return new DiNntpSeparator;
-    case 2:
+    case kRtfPieces:
       return new DiMediorSeparator(lexer(type), root_);
-    case 3:
+    case kMedLineArticles:
       return new DiMedLineSeparator;
-    case 4:
+    case kClariArticles:
       return new DiClariSeparator;
-    case 5:
+    case kCrawlerPages:
       return new DiDelimSeparator("NewURL---");
-    case 7:
+    case kDumpedPages:
       return new DiDelimSeparator("<DOC>");
-    case 8:
+    case kEiArticles:
       return new DiEISeparator;
-    case 9:
+    case kTimesArticles:
       return new DiTimesSeparator;
-    case 10:
+    case kRunTimeArticles:
       return new DiRunTimeSeparator(root_);
     default:
       return nullptr;
@@ -186,9 +200,9 @@ DiSeparator* DiHelperDistributor::makeSeparator(int number, int type) {
 
 DiFileHandler* DiHelperDistributor::makeFileHandler(int number) {
   switch (number) {
-    case 1:
+    case kZipHandler:
       return new DiZipFileHandler;
-    case 2:
+    case kRenameHandler:
       return new DiRenameFileHandler(kIndexedSuffix);
     default:
       return new DiBasicFileHandler;
@@ -196,11 +210,13 @@ DiFileHandler* DiHelperDistributor::makeFileHandler(int number) {
 }
 
 bool DiHelperDistributor::Headers(int type) const {
-  return type != 1 && type != 3 && type != 5 && type != 11;
+  return type != DcDataType::kText && type != DcDataType::kUsenetText && type != DcDataType::kRtf &&
+         type != DcDataType::kCompressedDump;
 }
 
 int DiHelperDistributor::multiDocFiles(int type) const {
-  return type == 1 || type == 2 || type == 6 || type == 9 ? 0 : 1;
+  return type != DcDataType::kText && type != DcDataType::kHtml && type != DcDataType::kEms &&
+         type != DcDataType::kIdg;
 }
 
 }  // namespace vandrelle

@@ -7,6 +7,8 @@
 
 #include "Document/DcHeaderDocument.h"
 #include "DocumentImpl/DiText.h"
+#include "Token/CharacterClass.h"
+#include "Tool/HeapText.h"
 
 namespace vandrelle {
 
@@ -19,18 +21,6 @@ constexpr int kLineCount = 256;
 constexpr int kCountLimit = 256;
 constexpr long kLargestHeader = 32768;
 
-// Remembers the place behind the first `tag` in what it is shown.
-struct TagSearch {
-  std::string_view tag;
-  long end = -1;
-
-  void look(const DiLineReader& line, std::size_t from) {
-    if (end >= 0) return;
-    const std::size_t found = findIgnoringCase(line.view(), tag, from);
-    if (found != std::string_view::npos) end = line.begin() + static_cast<long>(found + tag.size());
-  }
-};
-
 // Offset of the first byte from `offset` that is no white space, at most `limit`.
 long skipSpace(DcHeaderDocument* doc, long offset, long limit) {
   char block[256];
@@ -38,7 +28,7 @@ long skipSpace(DcHeaderDocument* doc, long offset, long limit) {
     const int size = static_cast<int>(std::min<long>(sizeof block, limit - offset));
     std::fill_n(block, size, '\0');
     doc->characters(offset, size, block);
-    const char* text = std::find_if_not(block, block + size, isSpaceByte);
+    const char* text = std::find_if_not(block, block + size, character_class::isSpace);
     offset += text - block;
     if (text != block + size) break;
   }
@@ -53,30 +43,17 @@ DiHtmlHeaderParser::DiHtmlHeaderParser(int defaultHeaders) {
 
 int DiHtmlHeaderParser::FindEndOfHeaders(std::ifstream* thisFile, long /*docEnd*/) {
   const long start = thisFile->tellg();
-  TagSearch title{kTitle};
-  TagSearch ends[] = {{kBody}, {"</head>"}, {"</title>"}};
+  DiPageHead head;
   DiLineReader line(*thisFile);
-  for (int count = 0; ends[0].end < 0 && count <= kCountLimit && line.next();) {
-    std::size_t from = 0;
-    if (title.end < 0) {
-      title.look(line, 0);
-      if (title.end < 0) continue;
-      from = static_cast<std::size_t>(title.end - line.begin());
-    } else {
-      count += kLineCount;
-    }
-    for (TagSearch& end : ends) end.look(line, from);
+  for (int count = 0; !head.bodySeen() && count <= kCountLimit && line.next();) {
+    if (head.titleSeen()) count += kLineCount;
+    head.look(line);
   }
-  if (title.end < 0) {
+  if (!head.titleSeen()) {
     seekTo(*thisFile, start);
     return 0;
   }
-  long headerEnd = line.end();
-  for (const TagSearch& end : ends) {
-    if (end.end < 0) continue;
-    headerEnd = end.end;
-    break;
-  }
+  const long headerEnd = head.end(line.end());
   seekTo(*thisFile, headerEnd);
   return headerEnd >= kLargestHeader ? -1 : static_cast<int>(headerEnd - start);
 }
@@ -99,7 +76,7 @@ char* DiHtmlHeaderParser::getHeader(DcHeaderDocument* doc, const char* header) {
     text = text.substr(0, at);
     break;
   }
-  return newText(text);
+  return copyText(text);
 }
 
 }  // namespace vandrelle

@@ -40,13 +40,13 @@ char* DiKeyWordHeaderParser::extractHeader(std::istream* stream, const char* hea
     if (line.text()[length] != '\0') value = line.text() + length + 1;
     if (!multi) break;
   }
-  return inside ? newText(value) : nullptr;
+  return inside ? copyText(value) : nullptr;
 }
 
 char* DiKeyWordHeaderParser::getSearchWord(const char* header) {
   std::string word(header);
   if (word.empty() || word.back() != headSeparator_) word += headSeparator_;
-  return newText(word);
+  return copyText(word);
 }
 
 int DiKeyWordHeaderParser::MultiLine(const char*) { return 0; }

@@ -8,6 +8,8 @@
 
 #include "DocumentImpl/DiText.h"
 #include "Fun/Fd.h"
+#include "Token/CharacterClass.h"
+#include "Tool/HeapText.h"
 
 namespace vandrelle {
 
@@ -62,7 +64,7 @@ char* DiRecordHeaderParser::getSearchWord(const char* header) {
   char keyword[kKeywordRoom];
   int size = sizeof keyword;
   if (!keywordTable_->find(header, textSize(header), keyword, &size)) return nullptr;
-  return newText(keyword);
+  return copyText(keyword);
 }
 
 int DiRecordHeaderParser::MultiLine(const char* searchword) {
@@ -70,19 +72,19 @@ int DiRecordHeaderParser::MultiLine(const char* searchword) {
 }
 
 int DiRecordHeaderParser::stillMulti(const char* searchword, const char* line) {
-  if (isSpaceByte(line[0])) return 1;
+  if (character_class::isSpace(line[0])) return 1;
   const std::size_t length = std::strlen(searchword);
   return (caseSensitivity_ == 1 ? strncasecmp(line, searchword, length)
                                 : std::strncmp(line, searchword, length)) == 0;
 }
 
 char* DiRecordHeaderParser::getMultiLine(const char* searchword, const char* line) {
-  if (isSpaceByte(line[0])) {
-    while (isSpaceByte(*line)) ++line;
-    return newText(std::string(" ") + line);
+  if (character_class::isSpace(line[0])) {
+    while (character_class::isSpace(*line)) ++line;
+    return copyText(std::string(" ") + line);
   }
   const std::size_t length = std::strlen(searchword);
-  return newText(std::string(", ") + (line[length] == '\0' ? "" : line + length + 1));
+  return copyText(std::string(", ") + (line[length] == '\0' ? "" : line + length + 1));
 }
 
 DiMedLineHeaderParser::DiMedLineHeaderParser(int defaultHeaders) : DiRecordHeaderParser(':', 1) {

@@ -10,7 +10,6 @@
 namespace vandrelle {
 
 namespace {
-constexpr int kEndOfParagraph = 4;
 constexpr int kClariLine = 128;
 }  // namespace
 
@@ -41,7 +40,7 @@ int DiNntpHeaderParser::FindEndOfHeaders(std::ifstream* thisFile, long docEnd) {
     }
     ++position;
     lexer_->nextCharacter(static_cast<char>(c));
-    if ((lexer_->flags() & kEndOfParagraph) != 0) {
+    if ((lexer_->flags() & kParagraphEnd) != 0) {
       size = static_cast<int>(position - start);
       break;
     }

@@ -11,6 +11,7 @@ namespace vandrelle {
 namespace {
 
 constexpr int kSearchBlock = 65536;
+constexpr int kLineBlock = 4096;
 
 char foldByte(char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -62,8 +63,6 @@ std::size_t findIgnoringCase(std::string_view text, std::string_view pattern, st
   return std::string_view::npos;
 }
 
-bool isSpaceByte(char c) { return c == ' ' || ('\t' <= c && c <= '\r'); }
-
 std::string headerText(DcHeaderDocument* doc) {
   const int size = std::min(doc->HeadSize(), doc->numCharacters());
   if (size <= 0 || !doc->sourceAvailable()) return {};
@@ -87,11 +86,56 @@ long findInDocument(DcAsciiDocument* doc, std::string_view pattern, bool ignoreC
   return -1;
 }
 
-char* newText(std::string_view text) {
-  char* copy = new char[text.size() + 1];
-  std::memcpy(copy, text.data(), text.size());
-  copy[text.size()] = '\0';
-  return copy;
+bool addLine(DcAsciiDocument* doc, long offset, int blockSize, std::string* line) {
+  const long total = doc->numCharacters();
+  while (offset < total) {
+    char block[kLineBlock] = {};
+    const int size = static_cast<int>(std::min<long>(blockSize, total - offset));
+    if (doc->characters(offset, size, block) == nullptr) return false;
+    const std::string_view text(block, static_cast<std::size_t>(size));
+    const std::size_t newline = text.find('\n');
+    line->append(text.substr(0, newline));
+    if (newline != text.npos) break;
+    offset += size;
+  }
+  return true;
+}
+
+std::size_t DiPageHead::look(const DiLineReader& line) {
+  // The place behind the first `tag`, kept in `behind` as a place in the stream.
+  const auto find = [&line](std::string_view tag, std::size_t from, long* behind) {
+    if (*behind >= 0) return;
+    const std::size_t found = findIgnoringCase(line.view(), tag, from);
+    if (found != tag.npos) *behind = line.begin() + static_cast<long>(found + tag.size());
+  };
+  std::size_t from = 0;
+  if (!titleSeen()) {
+    find("<title>", 0, &title_);
+    if (!titleSeen()) return std::string_view::npos;
+    from = static_cast<std::size_t>(title_ - line.begin());
+  }
+  find("<body>", from, &ends_[0]);
+  find("</head>", from, &ends_[1]);
+  find("</title>", from, &ends_[2]);
+  return from;
+}
+
+long DiPageHead::end(long otherwise) const {
+  const long* found = std::find_if(ends_, std::end(ends_), [](long at) { return at >= 0; });
+  return found == std::end(ends_) ? otherwise : *found;
+}
+
+std::string addressOf(std::string_view line) {
+  std::string_view fields[3];
+  for (std::string_view& field : fields) {
+    const std::size_t tab = line.find('\t');
+    if (tab == line.npos) return {};
+    field = line.substr(0, tab);
+    line.remove_prefix(tab + 1);
+  }
+  std::string address(fields[0]);
+  address.append("://").append(fields[1]).append(":").append(fields[2]).append(line);
+  return address;
 }
 
 }  // namespace vandrelle

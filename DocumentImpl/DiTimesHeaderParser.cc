@@ -39,7 +39,7 @@ char* DiTimesHeaderParser::getHeaderLines(std::istream* stream) {
   bool afterDot = true;
   for (DiLineReader line(*stream); line.next();) {
     if (line.startsWith(".")) {
-      if (afterDot) return newText(value);
+      if (afterDot) return copyText(value);
       afterDot = true;
       continue;
     }
@@ -52,7 +52,7 @@ char* DiTimesHeaderParser::getHeaderLines(std::istream* stream) {
 }
 
 char* DiTimesHeaderParser::getSearchWord(const char* header) {
-  return std::strcmp(header, "title") == 0 ? newText("..HD:") : nullptr;
+  return std::strcmp(header, "title") == 0 ? copyText("..HD:") : nullptr;
 }
 
 int DiTimesHeaderParser::MultiLine(const char*) { return 0; }

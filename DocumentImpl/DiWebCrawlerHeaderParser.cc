@@ -11,6 +11,7 @@
 #include "Fun/FdBDBMTable.h"
 #include "Fun/FdDBMManager.h"
 #include "Tool/ByteOrder.h"
+#include "Tool/HeapText.h"
 #include "Tool/SysTools.h"
 
 namespace vandrelle {
@@ -24,20 +25,6 @@ constexpr long kTextAfterTitle = 256;
 constexpr long kLongestScan = 32000;
 constexpr std::size_t kLongestTitle = 255;
 constexpr int kUrlBlock = 128;
-
-// protocol TAB host TAB port TAB path, as an address; empty when a tab is missing.
-std::string addressOf(std::string_view line) {
-  std::string_view fields[3];
-  for (std::string_view& field : fields) {
-    const std::size_t tab = line.find('\t');
-    if (tab == line.npos) return {};
-    field = line.substr(0, tab);
-    line.remove_prefix(tab + 1);
-  }
-  std::string address(fields[0]);
-  address.append("://").append(fields[1]).append(":").append(fields[2]).append(line);
-  return address;
-}
 
 int readCount(FdBag* table) {
   char count[4];
@@ -100,35 +87,24 @@ int DiWebCrawlerHeaderParser::FindEndOfHeaders(std::ifstream* thisFile, long doc
   DiLineReader line(*thisFile, kLine);
   if (!line.next() || !writeURL(line.text())) return -1;
 
-  static constexpr std::string_view kTitle = "<title>";
-  static constexpr std::string_view kEnds[] = {"<body>", "</head>", "</title>"};
-  long ends[] = {-1, -1, -1};
+  DiPageHead head;
   long titleLineEnd = -1;
   std::string title;
-  while (ends[0] < 0 && line.end() - start < kLongestScan && (docEnd == 0 || line.end() < docEnd) &&
+  while (!head.bodySeen() && line.end() - start < kLongestScan &&
+         (docEnd == 0 || line.end() < docEnd) &&
          (titleLineEnd < 0 || line.end() - titleLineEnd <= kTextAfterTitle) && line.next()) {
-    std::size_t from = 0;
-    if (titleLineEnd < 0) {
-      const std::size_t found = findIgnoringCase(line.view(), kTitle);
-      if (found == std::string_view::npos) continue;
-      from = found + kTitle.size();
-      titleLineEnd = line.end();
-    }
-    if (title.size() <= kLongestTitle && ends[2] < 0) title += line.view().substr(from);
-    for (std::size_t i = 0; i < std::size(kEnds); ++i) {
-      const std::size_t found = findIgnoringCase(line.view(), kEnds[i], from);
-      if (ends[i] < 0 && found != std::string_view::npos) {
-        ends[i] = line.begin() + static_cast<long>(found + kEnds[i].size());
-      }
-    }
+    const bool inTitle = title.size() <= kLongestTitle && !head.titleEnded();
+    const std::size_t from = head.look(line);
+    if (from == std::string_view::npos) continue;
+    if (titleLineEnd < 0) titleLineEnd = line.end();
+    if (inTitle) title += line.view().substr(from);
   }
   int size = 0;
-  if (titleLineEnd < 0) {
+  if (!head.titleSeen()) {
     seekTo(*thisFile, start);
   } else {
     writeTitle(title);
-    const long* end = std::find_if(ends, std::end(ends), [](long at) { return at >= 0; });
-    const long headerEnd = end == std::end(ends) ? line.end() : *end;
+    const long headerEnd = head.end(line.end());
     seekTo(*thisFile, headerEnd);
     size = static_cast<int>(headerEnd - start);
   }
@@ -150,19 +126,10 @@ char* DiWebCrawlerHeaderParser::getHeader(DcHeaderDocument* doc, const char* hea
     return DiHtmlHeaderParser::getHeader(doc, header);
   }
   if (!doc->sourceAvailable()) return nullptr;
-  const int total = doc->numCharacters();
   std::string line;
-  for (int offset = 0; offset < total; offset += kUrlBlock) {
-    char block[kUrlBlock] = {};
-    const int size = std::min(kUrlBlock, total - offset);
-    if (doc->characters(offset, size, block) == nullptr) return nullptr;
-    const std::string_view text(block, static_cast<std::size_t>(size));
-    const std::size_t newline = text.find('\n');
-    line += text.substr(0, newline);
-    if (newline != text.npos) break;
-  }
+  if (!addLine(doc, 0, kUrlBlock, &line)) return nullptr;
   const std::string address = addressOf(line);
-  return address.empty() ? nullptr : newText(address);
+  return address.empty() ? nullptr : copyText(address);
 }
 
 }  // namespace vandrelle

@@ -7,7 +7,9 @@
 #include <iomanip>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "Document/DcDataType.h"
 #include "Document/DcFieldBag.h"
 #include "Document/DcFieldFinder.h"
 #include "Document/DcFieldParser.h"
@@ -27,10 +29,8 @@
 namespace vandrelle {
 namespace {
 
-constexpr int kTextType = 1;
-constexpr int kPdfType = 15;
-constexpr int kCustomType = 16;
-constexpr int kHtmlType = 2048;
+// All types of the command's own are pages with its own helpers: see VymTypes.
+constexpr int kPageType = DcDataType::kFirstUser;
 
 void readExclusions(DcMetaIndexCreator* imgr, const char* path) {
   excludeObj entries(path);
@@ -94,14 +94,38 @@ void beginDocumentIndex(NameManager* rootName, VandrelleLogIostream* logger) {
   VandrelleLog::Logger(logger);
 }
 
-void specifyFields(DcMetaIndexCreator* imgr, DcFieldBag* fields) {
-  for (const char* field : {"title", "summary", "url"}) fields->Add(field, 0);
-  imgr->specifyFields(fields);
-}
+// An index creator and what it uses, destroyed from the last to the first.
+struct Listing {
+  // Takes the creator.
+  explicit Listing(DcMetaIndexCreator* made) : creator(made) {
+    for (const char* field : {"title", "summary", "url"}) fields.Add(field, 0);
+    creator->specifyFields(&fields);
+  }
+
+  // What is added from now on has the address that its page tells (`byPage`), or that of
+  // its file, mapped.
+  void findFields(const FieldOptions& by, bool byPage) {
+    if (by.mapfile != nullptr && !byPage) {
+      mapper = std::make_unique<VymFileToURLMapper>(by.mapfile);
+    }
+    finders.emplace_back(
+        byPage
+            ? SPIDER_FIELD_FINDER(by.summaryMode, by.sentences, by.summaryroot, by.stemmer)
+            : FIELD_FINDER(by.summaryMode, by.sentences, by.summaryroot, mapper.get(), by.stemmer));
+    creator->setFieldFinder(finders.back().get());
+  }
+
+  std::unique_ptr<VymFileToURLMapper> mapper;
+  DcFieldBag fields{0, 0};
+  std::vector<std::unique_ptr<DcFieldFinder>> finders;
+  std::unique_ptr<DcMetaIndexCreator> creator;
+};
 
 }  // namespace
 
-bool isCrawlerType(int type) { return type == 10 || type == 14; }
+bool isCrawlerType(int type) {
+  return type == DcDataType::kCrawler || type == DcDataType::kCrawlerToo;
+}
 
 DcFieldParser* FIELD_PARSER() {
   DcFieldParser* parser = new DcFieldParser;
@@ -121,18 +145,18 @@ DcMetaIndexCreator* INDEX_CREATOR(const char* rootname, int mode, const char* ex
   imgr->excludeBadEndings();
   // Any name with a dot and then "htm" somewhere behind it counts as HTML.
   for (const char* pattern : {"\\..*htm.*$", "\\..*HTM.*$"}) {
-    addOrExclude(imgr, pattern, (mode & kIndexHtml) != 0, kHtmlType);
+    addOrExclude(imgr, pattern, (mode & kIndexHtml) != 0, kPageType);
   }
   for (const char* pattern : {"\\.pdf$", "\\.PDF$"}) {
-    addOrExclude(imgr, pattern, (mode & kIndexPdf) != 0, kPdfType);
+    addOrExclude(imgr, pattern, (mode & kIndexPdf) != 0, DcDataType::kPdf);
   }
   if ((mode & kIndexCustom) != 0 &&
       SysTools::fileExists(NameManager(rootname, 20).suffix(".cus"))) {
-    imgr->addDataType("\\.cus$", kCustomType, 1);
-    imgr->addDataType("\\.CUS$", kCustomType, 1);
+    imgr->addDataType("\\.cus$", DcDataType::kCustom, 1);
+    imgr->addDataType("\\.CUS$", DcDataType::kCustom, 1);
   }
   if ((mode & kIndexText) != 0)
-    imgr->addDataType(".*", kTextType, static_cast<char>(mode & kIndexText));
+    imgr->addDataType(".*", DcDataType::kText, static_cast<char>(mode & kIndexText));
   imgr->DoneWithDataTypes();
   return imgr;
 }
@@ -149,35 +173,24 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
   }
   beginDocumentIndex(rootName, logger);
 
-  // Destroyed from the last to the first: the creator uses all the others.
-  std::unique_ptr<VymFileToURLMapper> mapper;
-  DcFieldBag fields(0, 0);
-  std::unique_ptr<DcFieldFinder> sf;
-  std::unique_ptr<DcFieldFinder> ff;
-  std::unique_ptr<DcMetaIndexCreator> imgr(
-      INDEX_CREATOR(rootName->suffix(nullptr), mode_mask, exclude, types));
-  specifyFields(imgr.get(), &fields);
-  if (mapfile != nullptr) mapper = std::make_unique<VymFileToURLMapper>(mapfile);
-  ff.reset(FIELD_FINDER(summaryMode, numSumSent, summaryroot, mapper.get(), stemmer));
-  imgr->setFieldFinder(ff.get());
-
+  const FieldOptions options{summaryMode, numSumSent, summaryroot, mapfile, stemmer};
+  Listing listing(INDEX_CREATOR(rootName->suffix(nullptr), mode_mask, exclude, types));
+  listing.findFields(options, false);
   if (filelist != nullptr) LOG(2, 0, "Reading file names from filelist");
-  addFromList(imgr.get(), filelist, "filelist");
+  addFromList(listing.creator.get(), filelist, "filelist");
   if (userlist != nullptr) LOG(2, 0, "Reading user directories from user list");
-  addFromList(imgr.get(), userlist, "user list");
-  for (; restArgs->more(); restArgs->next()) imgr->Add(restArgs->key());
+  addFromList(listing.creator.get(), userlist, "user list");
+  for (; restArgs->more(); restArgs->next()) listing.creator->Add(restArgs->key());
   if (spiderdir != nullptr) {
-    sf.reset(SPIDER_FIELD_FINDER(summaryMode, numSumSent, summaryroot, stemmer));
-    imgr->setFieldFinder(sf.get());
+    listing.findFields(options, true);
     LOG(2, 0, "Getting files from spider directory...");
-    imgr->Add(spiderdir);
+    listing.creator->Add(spiderdir);
   }
-  imgr->DoneAddingDocs();
+  listing.creator->DoneAddingDocs();
 }
 
 void buildFeedIndex(NameManager* rootName, int type, FdSStream* restArgs, const char* filelist,
-                    int summaryMode, int numSumSent, VandrelleLogIostream* logger,
-                    const char* summaryroot, const char* mapfile, TkStemmer* stemmer) {
+                    const FieldOptions& options, VandrelleLogIostream* logger) {
   beginDocumentIndex(rootName, logger);
   if (isCrawlerType(type)) {
     // The numbers in the crawler's tables would go on from those of a former run.
@@ -185,21 +198,11 @@ void buildFeedIndex(NameManager* rootName, int type, FdSStream* restArgs, const 
       SysTools::removeFile(rootName->suffix(suffix));
     }
   }
-  // Destroyed from the last to the first, as above.
-  std::unique_ptr<VymFileToURLMapper> mapper;
-  DcFieldBag fields(0, 0);
-  std::unique_ptr<DcFieldFinder> finder;
-  std::unique_ptr<DcMetaIndexCreator> imgr(
-      DcManager::SingleIndexCreator(rootName->suffix(nullptr), type, 0, nullptr));
-  specifyFields(imgr.get(), &fields);
-  if (mapfile != nullptr) mapper = std::make_unique<VymFileToURLMapper>(mapfile);
-  finder.reset(isCrawlerType(type)
-                   ? SPIDER_FIELD_FINDER(summaryMode, numSumSent, summaryroot, stemmer)
-                   : FIELD_FINDER(summaryMode, numSumSent, summaryroot, mapper.get(), stemmer));
-  imgr->setFieldFinder(finder.get());
-  addFromList(imgr.get(), filelist, "filelist");
-  for (; restArgs->more(); restArgs->next()) imgr->Add(restArgs->key());
-  imgr->DoneAddingDocs();
+  Listing listing(DcManager::SingleIndexCreator(rootName->suffix(nullptr), type, 0, nullptr));
+  listing.findFields(options, isCrawlerType(type));
+  addFromList(listing.creator.get(), filelist, "filelist");
+  for (; restArgs->more(); restArgs->next()) listing.creator->Add(restArgs->key());
+  listing.creator->DoneAddingDocs();
 }
 
 }  // namespace vandrelle

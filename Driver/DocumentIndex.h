@@ -27,6 +27,15 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
                         VandrelleLogIostream* logger, const char* summaryroot, const char* mapfile,
                         TkStemmer* stemmer, DcUserTypes* types);
 
+// What the field finder is given. The pointers may be null and are not owned.
+struct FieldOptions {
+  int summaryMode;
+  int sentences;
+  const char* summaryroot;
+  const char* mapfile;
+  TkStemmer* stemmer;
+};
+
 // The same for feeds: every file that `filelist` (which may be null) and `restArgs`
 // name, and all below the folders among them, is cut into documents as files of
 // the one built-in data type `type`, but for the usual endings of files without
@@ -35,8 +44,7 @@ void buildDocumentIndex(NameManager* rootName, FdSStream* restArgs, const char* 
 // Throws _Exception_Fatal for a list that cannot be opened, and what the index
 // creator throws.
 void buildFeedIndex(NameManager* rootName, int type, FdSStream* restArgs, const char* filelist,
-                    int summaryMode, int numSumSent, VandrelleLogIostream* logger,
-                    const char* summaryroot, const char* mapfile, TkStemmer* stemmer);
+                    const FieldOptions& options, VandrelleLogIostream* logger);
 
 // A type whose articles tell their addresses.
 bool isCrawlerType(int type);

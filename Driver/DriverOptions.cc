@@ -1,8 +1,11 @@
 #include "Driver/DriverOptions.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
+
+#include "Tool/PrintableText.h"
 
 namespace vandrelle {
 
@@ -66,17 +69,28 @@ std::string configurationPath(int argc, char** argv) {
   return ".vandrelleinit";
 }
 
-const char* optionWithoutValue(int argc, char** argv, const std::vector<const char*>& valued) {
+std::string wrongOption(int argc, char** argv, const CommandLine& line,
+                        const std::vector<const char*>& valued, int words) {
   const auto isValued = [&](const char* token) {
     return std::any_of(valued.begin(), valued.end(),
                        [token](const char* flag) { return std::strcmp(token, flag) == 0; });
   };
   for (int i = 1; i < argc; ++i) {
     if (!isValued(argv[i])) continue;
-    if (i + 1 == argc || isValued(argv[i + 1])) return argv[i];
+    if (i + 1 == argc || isValued(argv[i + 1])) return std::string(argv[i]) + " needs a value";
     ++i;
   }
-  return nullptr;
+  for (int i = 0; i < std::min(words, line.numUnusedArgs()); ++i) {
+    const char* const word = line.unusedArg(i);
+    if (word[0] == '-') return "there is no option '" + printable(word) + "'";
+  }
+  return {};
+}
+
+bool parseNumber(const char* text, int least, int most, int* value) {
+  const char* const end = text + std::strlen(text);
+  const auto [rest, error] = std::from_chars(text, end, *value);
+  return error == std::errc() && rest == end && least <= *value && *value <= most;
 }
 
 int summaryModeOf(CommandLine& options) {

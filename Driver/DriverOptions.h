@@ -17,9 +17,14 @@ void declareDriverOptions(CommandLine* options);
 // working directory. A -C inside the file itself has no effect.
 std::string configurationPath(int argc, char** argv);
 
-// For programs that refuse what is wrong: the first of the options `valued` that has
-// no value, being the last argument or before another of them. Null if all have.
-const char* optionWithoutValue(int argc, char** argv, const std::vector<const char*>& valued);
+// For programs that refuse what is wrong: what is, as a clause, or an empty string. One of
+// the options `valued` has no value, being the last argument or before another of them,
+// or one of the first `words` positional arguments of `line` looks like an option.
+std::string wrongOption(int argc, char** argv, const CommandLine& line,
+                        const std::vector<const char*>& valued, int words);
+
+// Reads a decimal number from `least` to `most`. False for any other text.
+bool parseNumber(const char* text, int least, int most, int* value);
 
 // How summaries are made: 0 none, 1 from the top of the text, 2 by the
 // summarizer. With both options the second wins.

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "Document/DcDataType.h"
 #include "Driver/OpenFile.h"
 #include "Tool/VandrelleLog.h"
 
@@ -13,9 +14,9 @@ namespace {
 // Four characters are compared for each word. The fourth of "PDF" is its NUL, so
 // nothing may stand behind it.
 int typeOfWord(const char* word) {
-  if (strncasecmp(word, "TEXT", 4) == 0) return 1;
-  if (strncasecmp(word, "HTML", 4) == 0) return 2;
-  if (strncasecmp(word, "PDF", 4) == 0) return 15;
+  if (strncasecmp(word, "TEXT", 4) == 0) return DcDataType::kText;
+  if (strncasecmp(word, "HTML", 4) == 0) return DcDataType::kHtml;
+  if (strncasecmp(word, "PDF", 4) == 0) return DcDataType::kPdf;
   return excludeObj::kExclude;
 }
 

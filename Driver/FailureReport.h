@@ -1,7 +1,9 @@
 // The error stream of the small programs.
 #pragma once
 
+#include <exception>
 #include <iostream>
+#include <string_view>
 
 #include "Exception.h"
 #include "Tool/VandrelleLog.h"
@@ -17,7 +19,7 @@ class FailureReport : public VandrelleLog {
   void log(int msg_type, int /*msg_level*/, const char* msg) override {
     if (msg_type == 0) report(msg);
   }
-  void report(const char* msg) {
+  void report(std::string_view msg) {
     if (failures_++ == 0) std::cerr << program_ << ": " << msg << '\n';
   }
   // Counts a failure that somebody else has told.
@@ -32,9 +34,10 @@ class FailureReport : public VandrelleLog {
 };
 
 // Runs the action of a program with `report` as its log. The exit status: 0, or 1
-// after a failure that was reported or thrown, or when the standard output broke.
+// after a failure that was reported or thrown, also by the library (memory that is
+// out), or when the standard output broke.
 template <typename Action>
-int runReported(FailureReport& report, Action action) {
+int runReported(FailureReport& report, Action action) try {
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     VandrelleLog::Logger(&report);
@@ -45,6 +48,10 @@ int runReported(FailureReport& report, Action action) {
   environment.restore_env();
   std::cout.flush();
   report.report(ExceptionManager::instance()->pop()->message());
+  return 1;
+} catch (const std::exception& failure) {
+  std::cout.flush();
+  report.report(failure.what());
   return 1;
 }
 

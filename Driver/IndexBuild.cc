@@ -1,5 +1,6 @@
 #include "Driver/IndexBuild.h"
 
+#include <signal.h>
 #include <sys/resource.h>
 
 #include <iostream>
@@ -29,11 +30,6 @@ constexpr std::size_t kPreflightBytes = 2000000;
 constexpr const char* kDefaultStemTable = "/Vandrelle/table/stem.tbl";
 constexpr const char* kDefaultStopKeys = "/Vandrelle/table/stop.key";
 
-void reportDescriptorProblem() {
-  std::cout << "VANDRELLEERROR: Problem raising descriptor limit.\n";
-  LOG(0, 0, "Problem raising descriptor limit.");
-}
-
 // Logs a line as log entry, then as progress.
 void logBoth(const std::string& text) {
   LOG(2, 1, text);
@@ -42,15 +38,14 @@ void logBoth(const std::string& text) {
 
 }  // namespace
 
-void increaseDescriptorLimit() {
+bool raiseDescriptorLimit() {
   rlimit limit;
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) {
-    reportDescriptorProblem();
-    return;
-  }
-  if (limit.rlim_cur < limit.rlim_max) limit.rlim_cur = limit.rlim_max;
-  if (setrlimit(RLIMIT_NOFILE, &limit) != 0) reportDescriptorProblem();
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return false;
+  limit.rlim_cur = limit.rlim_max;
+  return setrlimit(RLIMIT_NOFILE, &limit) == 0;
 }
+
+void ignoreFileSizeSignal() { ::signal(SIGXFSZ, SIG_IGN); }
 
 IndexBuild::IndexBuild(const std::string& root, Timer* timer)
     : timer_(timer), root_(root), rootname_(kSuffixLength) {

@@ -25,8 +25,11 @@ class IkIndex;
 class TkStemmer;
 class Timer;
 
-// As many open files as the system allows; a refusal is told and is no failure.
-void increaseDescriptorLimit();
+// As many open files as the system allows. False if it refuses, which is no failure.
+bool raiseDescriptorLimit();
+
+// Writing past a file size limit is to fail like a full disk, not to kill.
+void ignoreFileSizeSignal();
 
 class IndexBuild {
  public:

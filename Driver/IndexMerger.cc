@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "Document/DcDocumentListMerger.h"
+#include "Document/DcFieldNames.h"
 #include "Document/DcFieldsCreator.h"
 #include "Document/DcMetaDocManager.h"
 #include "Driver/SidePasses.h"
@@ -35,7 +36,6 @@ EXCEPTION_FAMILY(Merge);
 constexpr const char* kWorkSuffix = ".tmp.merge";
 constexpr const char* kFormer = ".former";
 constexpr const char* kHeader = ".info";
-constexpr int kFastPosition = 5;
 
 // What an index cannot be merged without.
 constexpr const char* kNeeded[] = {kHeader, ".key", ".ptr",  ".dat",  ".idx",
@@ -222,7 +222,7 @@ void IndexMerger::mergeFields() {
     }
     std::error_code error;
     if (fs::file_size(source + ".fidx", error) !=
-        static_cast<std::uintmax_t>(counts_[i]) * kFastPosition) {
+        static_cast<std::uintmax_t>(counts_[i]) * kFastPositionBytes) {
       THROW(Merge,
             "'" << source << ".fidx' doesn't have the fields of " << counts_[i] << " documents");
     }

@@ -34,9 +34,9 @@ int CREATE_UNSTEM_INDEX(NameManager* rootname, TkStemmer* stemmer, int ndocs);
 // numbers are accepted and not used: summaries stand in the field database.
 int CREATE_SUMMARY_FILE(const char* root, int maxsize, int numsents);
 
-// Moves <root>.new<ext> to <root><ext>; a failure is logged.
+// For applications; no command calls these two. A failure is logged.
+// Moves <root>.new<ext> to <root><ext>.
 void renameFile(NameManager* rootName, const char* ext);
-// Removes a file; a failure is logged.
 void removeFile(const char* name);
 
 }  // namespace vandrelle

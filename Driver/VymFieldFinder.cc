@@ -10,9 +10,11 @@
 #include "Document/DcHeaderDocument.h"
 #include "Document/DcSentenceManager.h"
 #include "Document/DcSimpleDocument.h"
+#include "DocumentImpl/DiText.h"
 #include "Summary/PiHtmlSummarizeOperator.h"
 #include "Summary/PiSummarizer.h"
 #include "Token.h"
+#include "Token/CharacterClass.h"
 #include "Tool/HeapText.h"
 
 namespace vandrelle {
@@ -37,9 +39,6 @@ constexpr int kShortestSentence = 3;
 constexpr int kCutFromLastSentence = 3;
 
 constexpr int kFirstLineLimit = 4096;
-constexpr int kSpiderTabs = 3;
-
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // Up to `limit` bytes from the start of the document, ended with a zero; null if
 // there is nothing or the source is gone.
@@ -81,7 +80,7 @@ std::size_t settledPart(const char* page, std::size_t limit) {
 // stands behind its last white space, and 3 characters at least.
 void cutLastSentence(std::string& sentence) {
   std::size_t cut = sentence.size() - kCutFromLastSentence;
-  while (cut > 0 && !isBlank(sentence[cut - 1])) --cut;
+  while (cut > 0 && !character_class::isSpace(sentence[cut - 1])) --cut;
   sentence.resize(cut);
   sentence += "...";
 }
@@ -100,7 +99,7 @@ char* join(DcSentenceManager& sentences, int count, bool all) {
     summary += kept;
     summary += "  ";
   }
-  return copyText(summary.c_str());
+  return copyText(summary);
 }
 
 }  // namespace
@@ -232,20 +231,8 @@ char* VymSpiderFieldFinder::getURL(DcDocument* doc) {
   const char* lineEnd = text == nullptr ? nullptr : std::strchr(text.get(), '\n');
   if (lineEnd == nullptr) return nullptr;
   const std::string_view line(text.get(), static_cast<std::size_t>(lineEnd - text.get()));
-
-  // The path is the rest of the line and may hold more tabs.
-  std::string_view fields[kSpiderTabs + 1];
-  std::size_t begin = 0;
-  for (int i = 0; i < kSpiderTabs; ++i) {
-    const std::size_t tab = line.find('\t', begin);
-    if (tab == std::string_view::npos) return nullptr;
-    fields[i] = line.substr(begin, tab - begin);
-    begin = tab + 1;
-  }
-  fields[kSpiderTabs] = line.substr(begin);
-  std::string url(fields[0]);
-  url.append("://").append(fields[1]).append(":").append(fields[2]).append(fields[3]);
-  return copyText(url.c_str());
+  const std::string url = addressOf(line);
+  return url.empty() ? nullptr : copyText(url);
 }
 
 DcFieldFinder* FIELD_FINDER(int summaryMode, int numSumSent, const char* sroot,

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <fstream>
 #include <iomanip>
+#include <string>
 
 #include "Driver/OpenFile.h"
 #include "Exception.h"
@@ -21,12 +22,7 @@ bool isMatch(const char* filename, const char* filePrefix) {
 }
 
 char* substitutePrefix(const char* filename, const char* filePrefix, const char* urlPrefix) {
-  const std::size_t prefixSize = std::strlen(urlPrefix);
-  const char* rest = filename + std::strlen(filePrefix);
-  char* url = new char[prefixSize + std::strlen(rest) + 1];
-  std::memcpy(url, urlPrefix, prefixSize);
-  std::strcpy(url + prefixSize, rest);
-  return url;
+  return copyText(std::string(urlPrefix) + (filename + std::strlen(filePrefix)));
 }
 
 }  // namespace

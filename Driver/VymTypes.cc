@@ -8,17 +8,12 @@
 
 namespace vandrelle {
 
-VymTypes::VymTypes(const char* /*root*/, int comments) : helpers_(new HelperStruct) {
-  helpers_->lexer = TkManager::HtmlLexer(comments);
-  helpers_->headerParser = DiHelperManager::HtmlHeaderParser(1);
-  helpers_->handler = BasicFileHandler();
-}
+VymTypes::VymTypes(const char* /*root*/, int comments)
+    : lexer_(TkManager::HtmlLexer(comments)),
+      headerParser_(DiHelperManager::HtmlHeaderParser(1)),
+      handler_(BasicFileHandler()),
+      helpers_{lexer_.get(), headerParser_.get(), nullptr, handler_.get()} {}
 
-VymTypes::~VymTypes() {
-  delete helpers_->lexer;
-  delete helpers_->headerParser;
-  delete helpers_->handler;
-  delete helpers_;
-}
+VymTypes::~VymTypes() = default;
 
 }  // namespace vandrelle

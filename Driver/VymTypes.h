@@ -2,6 +2,8 @@
 // of HTML with the helpers made here.
 #pragma once
 
+#include <memory>
+
 #include "Document/DcUserTypes.h"
 #include "DocumentImpl/HelperStruct.h"
 
@@ -16,11 +18,14 @@ class VymTypes : public DcUserTypes {
   VymTypes(const VymTypes&) = delete;
   VymTypes& operator=(const VymTypes&) = delete;
 
-  HelperStruct* userHelpers(int /*type*/) override { return helpers_; }
+  HelperStruct* userHelpers(int /*type*/) override { return &helpers_; }
   int multiDocFiles(int /*type*/) override { return 0; }
 
  private:
-  HelperStruct* helpers_;
+  std::unique_ptr<TkLexer> lexer_;
+  std::unique_ptr<DiHeaderParser> headerParser_;
+  std::unique_ptr<DiFileHandler> handler_;
+  HelperStruct helpers_;
 };
 
 }  // namespace vandrelle

@@ -4,7 +4,6 @@
 // A run that fails by a throw says so in one line on standard output and still
 // exits with 0: callers read the output. Files written until then stay.
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <exception>
@@ -29,6 +28,12 @@ namespace vandrelle {
 namespace {
 
 constexpr int kSummarySize = 400;
+
+void increaseDescriptorLimit() {
+  if (raiseDescriptorLimit()) return;
+  std::cout << "VANDRELLEERROR: Problem raising descriptor limit.\n";
+  LOG(0, 0, "Problem raising descriptor limit.");
+}
 
 // One run of the command: its options, its log files, its index. The members
 // stand in the order in which they come to life.
@@ -121,8 +126,7 @@ void Run::buildIndex(IndexBuild* build) {
 }
 
 int guardedMain(int argc, char** argv) {
-  // Writing past a file size limit is to fail like a full disk, not to kill.
-  ::signal(SIGXFSZ, SIG_IGN);
+  ignoreFileSizeSignal();
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     std::unique_ptr<Timer> timer(Timer::Create());

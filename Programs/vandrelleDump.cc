@@ -10,10 +10,10 @@
 //   vandrelleDump -R root digest N         its weightiest words: score, number, word
 //   vandrelleDump -R root stem STEM        the words behind a stem, with idf
 //
-// The exit status is 0, or 1 after one line on the error stream: a missing or
-// damaged index, an unknown word or document, a command that does not exist.
+// The exit status is 0, 1 after one line on the error stream (a missing or damaged
+// index, an unknown word or document), 2 for a command line that is wrong.
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -29,6 +29,7 @@
 #include "Document/DcFieldsBinder.h"
 #include "Document/DcHeaderDocument.h"
 #include "Document/DcMetaDocManager.h"
+#include "Driver/DriverOptions.h"
 #include "Driver/FailureReport.h"
 #include "Driver/VymTypes.h"
 #include "Exception.h"
@@ -42,6 +43,7 @@
 #include "Index/IkTranspose.h"
 #include "Index/IkUnstemmer.h"
 #include "KeyFile.h"
+#include "KeyFile/KdChunk.h"
 #include "Token/TkStemmer.h"
 #include "Tool/CommandLine.h"
 #include "Tool/PrintableText.h"
@@ -156,7 +158,7 @@ void showWords(IkLocalIndexBinder& binder, const char* prefixText) {
 // Stands on the row of a word and answers the word's number.
 int findRow(IkLocalIndexBinder& binder, const char* text) {
   StStoragePos position;
-  if (std::strlen(text) > 63) THROW(Dump, "the index has no word '" << text << "'");
+  if (std::strlen(text) > kKdMaxLetters) THROW(Dump, "the index has no word '" << text << "'");
   const WmLocalWord word(text);
   if (binder.info()->numTerms == 0 || !binder.wordTable()->lookup(word.word(), position)) {
     THROW(Dump, "the index has no word '" << text << "'");
@@ -324,56 +326,72 @@ void Documents::showAll(int number) {
   if (fields_.valid() && fields_.gotoDoc(number)) showFields(fields_);
 }
 
-int documentNumber(const char* text) {
-  int number = -1;
-  const char* const end = text + std::strlen(text);
-  const auto [rest, error] = std::from_chars(text, end, number);
-  if (error != std::errc() || rest != end || number < 0) {
-    THROW(Dump, "'" << text << "' is no document number");
-  }
-  return number;
+// What a command shows, with its word or prefix, or the number of a document.
+struct Subject {
+  const char* root;
+  IkLocalIndexBinder& binder;
+  const char* word;
+  int number;
+};
+
+void showList(const Subject& of) {
+  Documents documents(of.root, of.binder);
+  for (int number = 0; number < documents.count(); ++number) documents.showLine(number);
 }
 
-void dump(const CommandLine& options) {
-  const std::string root = options.str_arg("root");
-  const char* const command = options.unusedArg(0);
-  const char* const argument = options.unusedArg(1);
-  const int arguments = options.numUnusedArgs() - 1;
-  const std::string_view name = command == nullptr ? "" : command;
+enum Argument { kNone, kPrefix, kWord, kNumber };
 
-  IkLocalIndexBinder binder(root.c_str(), nullptr);
-  if (name.empty()) {
-    showHeader(root, binder);
-  } else if (name == "words" && arguments <= 1) {
-    showWords(binder, argument == nullptr ? "" : argument);
-  } else if (name == "row" && arguments == 1) {
-    showRow(binder, argument);
-  } else if (name == "positions" && arguments == 1) {
-    showPositions(binder, argument);
-  } else if (name == "docs" && arguments == 0) {
-    Documents documents(root.c_str(), binder);
-    for (int number = 0; number < documents.count(); ++number) documents.showLine(number);
-  } else if (name == "doc" && arguments == 1) {
-    Documents(root.c_str(), binder).showAll(documentNumber(argument));
-  } else if (name == "fields" && arguments == 1) {
-    showFieldsOf(root.c_str(), documentNumber(argument));
-  } else if (name == "digest" && arguments == 1) {
-    showDigest(binder, documentNumber(argument));
-  } else if (name == "stem" && arguments == 1) {
-    showStem(binder, argument);
-  } else {
-    THROW(Dump, kUsage);
-  }
+struct Command {
+  std::string_view name;
+  Argument argument;
+  void (*show)(const Subject& of);
+};
+
+constexpr Command kCommands[] = {
+    {"", kNone, [](const Subject& of) { showHeader(of.root, of.binder); }},
+    {"words", kPrefix, [](const Subject& of) { showWords(of.binder, of.word); }},
+    {"row", kWord, [](const Subject& of) { showRow(of.binder, of.word); }},
+    {"positions", kWord, [](const Subject& of) { showPositions(of.binder, of.word); }},
+    {"docs", kNone, showList},
+    {"doc", kNumber, [](const Subject& of) { Documents(of.root, of.binder).showAll(of.number); }},
+    {"fields", kNumber, [](const Subject& of) { showFieldsOf(of.root, of.number); }},
+    {"digest", kNumber, [](const Subject& of) { showDigest(of.binder, of.number); }},
+    {"stem", kWord, [](const Subject& of) { showStem(of.binder, of.word); }},
+};
+
+// The command that the words of the line make, null if they make none. Stores its
+// argument.
+const Command* commandOf(const CommandLine& line, const char** word, int* number) {
+  const std::string_view name = line.numUnusedArgs() == 0 ? "" : line.unusedArg(0);
+  const auto* command = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                     [name](const Command& c) { return c.name == name; });
+  if (command == std::end(kCommands)) return nullptr;
+  const int arguments = std::max(line.numUnusedArgs() - 1, 0);
+  const bool optional = command->argument == kPrefix && arguments == 0;
+  if (arguments != (command->argument == kNone || optional ? 0 : 1)) return nullptr;
+  *word = arguments == 0 ? "" : line.unusedArg(1);
+  const bool sound = command->argument != kNumber ||
+                     parseNumber(*word, 0, std::numeric_limits<int>::max(), number);
+  return sound ? command : nullptr;
 }
 
 int run(int argc, char** argv) {
   static FailureReport report("vandrelleDump");
+  CommandLine options;
+  options.arg_double("root", "-R", nullptr);
+  options.parse(argc, argv);
+  const char* word = nullptr;
+  int number = 0;
+  const std::string fault = wrongOption(argc, argv, options, {"-R"}, 1);
+  const Command* const command = commandOf(options, &word, &number);
+  if (!fault.empty() || command == nullptr || !options.exist_arg("root")) {
+    report.report(fault.empty() ? kUsage : fault + "; " + kUsage);
+    return 2;
+  }
   return runReported(report, [&] {
-    CommandLine options;
-    options.arg_double("root", "-R", nullptr);
-    options.parse(argc, argv);
-    if (!options.exist_arg("root")) THROW(Dump, kUsage);
-    dump(options);
+    const char* const root = options.str_arg("root");
+    IkLocalIndexBinder binder(root, nullptr);
+    command->show({root, binder, word, number});
   });
 }
 

@@ -12,16 +12,13 @@
 // is 0, 1 after one line on the error stream (no documents, no room, a damaged table),
 // 2 for an option that is wrong.
 
-#include <signal.h>
-
-#include <charconv>
-#include <cstring>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "Document/DcDataType.h"
 #include "Document/DcUserTypes.h"
 #include "Driver/DocumentIndex.h"
 #include "Driver/DriverOptions.h"
@@ -38,9 +35,6 @@ namespace {
 constexpr const char* kUsage =
     "usage: vandrelleFeed -R root -type N [-prox] [-stem F] [-stop F] [-flist F] [-mapfile F] "
     "[-fsum | -qsum] [-nss N] [-sroot R] [-log F] [-prog F] file ...";
-
-constexpr int kFirstType = 1;
-constexpr int kLastType = 14;
 
 struct Option {
   const char* name;
@@ -60,12 +54,6 @@ bool refuse(const std::string& what) {
   return false;
 }
 
-bool isNumber(const char* text, int least, int most, int* value) {
-  const char* const end = text + std::strlen(text);
-  const auto [rest, error] = std::from_chars(text, end, *value);
-  return error == std::errc() && rest == end && least <= *value && *value <= most;
-}
-
 // False, with a line on the error stream, for options that are wrong.
 bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
   if (argc < 2) return refuse(kUsage);
@@ -77,20 +65,13 @@ bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
   for (const Option& option : kFlags) options->arg_flag(option.name, option.flag, nullptr);
   options->parse(argc, argv);
 
-  if (const char* flag = optionWithoutValue(argc, argv, valued)) {
-    return refuse(std::string(flag) + " needs a value; " + kUsage);
-  }
-  for (int i = 0; i < options->numUnusedArgs(); ++i) {
-    const char* const word = options->unusedArg(i);
-    if (word[0] == '-') {
-      return refuse("there is no option '" + printable(word) + "'; " + kUsage);
-    }
-  }
+  const std::string fault = wrongOption(argc, argv, *options, valued, options->numUnusedArgs());
+  if (!fault.empty()) return refuse(fault + "; " + kUsage);
   if (!options->exist_arg("root") || !options->exist_arg("type") ||
       (options->numUnusedArgs() == 0 && !options->exist_arg("filelist"))) {
     return refuse(kUsage);
   }
-  if (!isNumber(options->str_arg("type"), kFirstType, kLastType, type)) {
+  if (!parseNumber(options->str_arg("type"), DcDataType::kText, DcDataType::kCrawlerToo, type)) {
     return refuse(std::string("-type takes a number from 1 to 14, not '") +
                   printable(options->str_arg("type")) + "'");
   }
@@ -98,7 +79,7 @@ bool readOptions(int argc, char** argv, CommandLine* options, int* type) {
     return refuse("-mapfile is not for types 10 and 14, whose pages tell their addresses");
   }
   int sentences;
-  if (!isNumber(options->str_arg("sumsent"), 1, 1000000, &sentences)) {
+  if (!parseNumber(options->str_arg("sumsent"), 1, 1000000, &sentences)) {
     return refuse(std::string("-nss takes a number from 1 on, not '") +
                   printable(options->str_arg("sumsent")) + "'");
   }
@@ -109,7 +90,7 @@ void buildIndex(CommandLine& options, int type) {
   const std::unique_ptr<Timer> timer(Timer::Create());
   timer->reset();
   timer->start();
-  increaseDescriptorLimit();
+  raiseDescriptorLimit();
   FdSStream names(options.unusedArgs(), 1);
   names.reset();
   IndexBuild build(options.str_arg("root"), timer.get());
@@ -117,15 +98,15 @@ void buildIndex(CommandLine& options, int type) {
   build.makeTools(options.str_arg("stemmer"), options.str_arg("stopper"),
                   options.exist_arg("prox"));
   buildFeedIndex(build.rootname(), type, &names, options.str_arg("filelist"),
-                 summaryModeOf(options), options.int_arg("sumsent"), build.logger(),
-                 options.str_arg("summaryroot"), options.str_arg("mapfile"), build.realStemmer());
+                 {summaryModeOf(options), options.int_arg("sumsent"),
+                  options.str_arg("summaryroot"), options.str_arg("mapfile"), build.realStemmer()},
+                 build.logger());
   build.resumeProgress();
   build.compile(nullptr);
 }
 
 int run(int argc, char** argv) {
-  // Writing past a file size limit is to fail like a full disk, not to kill.
-  ::signal(SIGXFSZ, SIG_IGN);
+  ignoreFileSizeSignal();
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     CommandLine options;

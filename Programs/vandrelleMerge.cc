@@ -15,8 +15,6 @@
 // damaged, nothing can be written), 2 for an option that is wrong. A merge that fails
 // leaves everything as it was.
 
-#include <signal.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <exception>
@@ -27,12 +25,12 @@
 
 #include "Driver/DriverOptions.h"
 #include "Driver/FailureReport.h"
+#include "Driver/IndexBuild.h"
 #include "Driver/IndexMerger.h"
 #include "Exception.h"
 #include "Token.h"
 #include "Token/TkStemmer.h"
 #include "Tool/CommandLine.h"
-#include "Tool/PrintableText.h"
 
 namespace vandrelle {
 namespace {
@@ -62,27 +60,17 @@ bool readOptions(int argc, char** argv, Options* options) {
   CommandLine line;
   for (const auto& option : kValued) line.arg_double(option.flag, option.flag, nullptr);
   line.parse(argc, argv);
-  if (const char* flag = optionWithoutValue(argc, argv, {"-R", "-stem", "-stop"})) {
-    return wrong(std::string(flag) + " needs a value; ");
-  }
+  const std::string fault =
+      wrongOption(argc, argv, line, {"-R", "-stem", "-stop"}, line.numUnusedArgs());
+  if (!fault.empty()) return wrong(fault + "; ");
   for (const auto& option : kValued) {
     if (line.exist_arg(option.flag)) options->*option.value = line.str_arg(option.flag);
   }
   for (int i = 0; i < line.numUnusedArgs(); ++i) {
-    const std::string source = line.unusedArg(i);
-    if (source[0] == '-') return wrong("there is no option '" + printable(source) + "'; ");
-    options->sources.push_back(source);
+    options->sources.push_back(line.unusedArg(i));
   }
   if (options->root.empty() || options->sources.empty()) return wrong("");
   return true;
-}
-
-// Every source holds five files or six open.
-void raiseDescriptorLimit() {
-  rlimit limit;
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
-  limit.rlim_cur = limit.rlim_max;
-  setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 const char* valueOrNull(const std::string& value) {
@@ -140,9 +128,8 @@ int run(const Options& options) {
 
 int main(int argc, char** argv) {
   using namespace vandrelle;
-  // Writing past a file size limit is to fail like a full disk, not to kill.
-  ::signal(SIGXFSZ, SIG_IGN);
-  raiseDescriptorLimit();
+  ignoreFileSizeSignal();
+  raiseDescriptorLimit();  // every source holds five files or six open
   static Options options;
   if (!readOptions(argc, argv, &options)) return 2;
   try {

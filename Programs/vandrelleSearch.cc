@@ -27,10 +27,9 @@
 // The exit status is 0, 1 after one line on the error stream (no index, no table, a
 // damaged file, no query), 2 for an option that is wrong.
 
-#include <charconv>
 #include <chrono>
-#include <cstring>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -102,30 +101,12 @@ constexpr NumberOption kNumberOptions[] = {
     {"-sum", 0, &Options::summaryOf},     {"-nss", 1, &Options::sentences},
     {"-titles", 0, &Options::titles}};
 
-// False, with a line on the error stream, for options that are wrong.
-bool readNumber(const char* flag, const char* text, int least, int* value) {
-  const char* const end = text + std::strlen(text);
-  const auto [rest, error] = std::from_chars(text, end, *value);
-  if (error == std::errc() && rest == end && *value >= least) return true;
-  std::cerr << "vandrelleSearch: " << flag << " takes a number from " << least << " on, not '"
-            << printable(text) << "'\n";
+bool refuse(const std::string& what) {
+  std::cerr << "vandrelleSearch: " << what << '\n';
   return false;
 }
 
-bool readWords(const CommandLine& line, Options* options) {
-  for (int i = 0; i < line.numUnusedArgs(); ++i) {
-    const char* const word = line.unusedArg(i);
-    if (word[0] == '-' && options->query.empty()) {
-      std::cerr << "vandrelleSearch: there is no option '" << printable(word) << "'; " << kUsage
-                << '\n';
-      return false;
-    }
-    if (i > 0) options->query += ' ';
-    options->query += word;
-  }
-  return true;
-}
-
+// False, with a line on the error stream, for options that are wrong.
 bool readOptions(int argc, char** argv, Options* options) {
   CommandLine line;
   std::vector<const char*> valued = {"-R", "-stem", "-stop"};
@@ -134,17 +115,21 @@ bool readOptions(int argc, char** argv, Options* options) {
   for (const char* flag : {"-plain", "-json", "-i", "-phrase"}) line.arg_flag(flag, flag, nullptr);
   line.parse(argc, argv);
 
-  if (const char* flag = optionWithoutValue(argc, argv, valued)) {
-    std::cerr << "vandrelleSearch: " << flag << " needs a value; " << kUsage << '\n';
-    return false;
-  }
+  const std::string fault = wrongOption(argc, argv, line, valued, 1);
+  if (!fault.empty()) return refuse(fault + "; " + kUsage);
   for (const NumberOption& option : kNumberOptions) {
-    if (line.exist_arg(option.flag) && !readNumber(option.flag, line.str_arg(option.flag),
-                                                   option.least, &(options->*option.value))) {
-      return false;
+    const char* const text = line.str_arg(option.flag);
+    if (text == nullptr || parseNumber(text, option.least, std::numeric_limits<int>::max(),
+                                       &(options->*option.value))) {
+      continue;
     }
+    return refuse(std::string(option.flag) + " takes a number from " +
+                  std::to_string(option.least) + " on, not '" + printable(text) + "'");
   }
-  if (!readWords(line, options)) return false;
+  for (int i = 0; i < line.numUnusedArgs(); ++i) {
+    if (i > 0) options->query += ' ';
+    options->query += line.unusedArg(i);
+  }
 
   options->interactive = line.exist_arg("-i");
   options->phrase = line.exist_arg("-phrase");
@@ -153,8 +138,7 @@ bool readOptions(int argc, char** argv, Options* options) {
   const bool phraseOfNothing = options->phrase && !options->interactive && options->query.empty();
   if (!line.exist_arg("-R") || asked > 1 || phraseOfNothing ||
       (line.exist_arg("-plain") && line.exist_arg("-json"))) {
-    std::cerr << "vandrelleSearch: " << kUsage << '\n';
-    return false;
+    return refuse(kUsage);
   }
   options->root = line.str_arg("-R");
   if (line.exist_arg("-plain")) options->form = AnswerDisplay::Form::kPlain;
@@ -232,7 +216,7 @@ bool Session::ask(const std::string& query) {
   QlAnswer answer;
   if (!(options_.phrase ? searcher_.askPhrase(query, options_.results, answer)
                         : searcher_.ask(query, options_.results, answer))) {
-    if (!searcher_.problem().empty()) report.report(searcher_.problem().c_str());
+    if (!searcher_.problem().empty()) report.report(searcher_.problem());
     return false;
   }
   std::unique_ptr<QlGatherResult> gathered;

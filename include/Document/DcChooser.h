@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "Document/DcDataType.h"
+
 namespace vandrelle {
 
 class DcMetaDocManager;
@@ -20,19 +22,23 @@ class DcUserTypes;
 class DiHelperDistributor;
 struct HelperStruct;
 
-// Data types:
-//   0               excluded, never seen here
-//   1 to 63         built in (see DiHelperDistributor); 15 is a form of its own
-//   2048 to 32767   an application's, with its own helpers
-//   from 32768      an application's, with its own creator and manager
+// What stands behind the rows of <root>.idx: the next free number of each form, big-
+// endian, 4 bytes each: one document a file, articles, 16 forms of an application's.
+struct DcTrailer {
+  static constexpr int kUserSlots = 16;
+  static constexpr int kBytes = 4 * (2 + kUserSlots);
+
+  void load(const char* from);
+  void store(char* to) const;
+
+  int32_t oneDocNum_ = 0;
+  int32_t multiDocNum_ = 0;
+  int32_t userCreatorNums_[kUserSlots] = {};
+};
+
 class DcChooser {
  public:
-  static constexpr int kFirstUserType = 2048;
-  static constexpr int kFirstUserCreatorType = 32768;
-  static constexpr int kUserSlots = 16;
-  static constexpr int kNonStdType = 15;
-  // Bytes of the trailer of <root>.idx: the next free number of each form.
-  static constexpr int kTrailerSize = 4 * (2 + kUserSlots);
+  static constexpr int kUserSlots = DcTrailer::kUserSlots;
 
   // `index`: the bound <root>.idx when an index is added to, else null. `mcr` is
   // null when the chooser serves a reader, `usertypes` in an application without
@@ -56,7 +62,7 @@ class DcChooser {
   int multiDocFiles(int type);
 
   // Has the type a form of its own, neither one document a file nor articles?
-  bool nonStdType(int type) const { return type == kNonStdType; }
+  bool nonStdType(int type) const { return type == DcDataType::kPdf; }
 
   // The manager of such a type, made on first need and owned here; null for any
   // other type.
@@ -78,9 +84,7 @@ class DcChooser {
   std::unique_ptr<DcOneDocIndexCreator> oneDocCreator_;
   std::unique_ptr<DcMultiDocIndexCreator> multiDocCreator_;
   std::unique_ptr<DcPartialIndexCreator> userCreators_[kUserSlots];
-  int32_t oneDocNum_ = 0;
-  int32_t multiDocNum_ = 0;
-  int32_t userCreatorNums_[kUserSlots] = {};
+  DcTrailer next_;
   int8_t info_ = 0;  // 2: the index is added to
   std::string root_;
   std::unique_ptr<DiHelperDistributor> helperDist_;

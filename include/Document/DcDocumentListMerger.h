@@ -55,8 +55,7 @@ class DcDocumentListMerger {
   std::ofstream files_[kFiles];
   int64_t written_[kFiles] = {};  // bytes
   int64_t documents_ = 0;
-  int32_t oneDocNum_ = 0;
-  int32_t multiDocNum_ = 0;
+  DcTrailer next_;
   int64_t sourceBytes_ = 0;                     // of all files listed
   std::map<std::string, int16_t> directories_;  // name to place in .dir
   std::vector<std::size_t> nameHashes_;

@@ -4,11 +4,12 @@
 //
 //   <root>.fidx   5 bytes a document: its position in .fdat, the low 8 bits of the
 //                 high word, then the low word
-//   <root>.fnam   the names, each with its NUL; a field's number is its place
+//   <root>.fnam   the names, each with its NUL; a field's number is its place. One at
+//                 least, none empty, and 32,768 bytes are the limit here too
 //   <root>.fdat   for each document one value a field, in the order of .fnam, each
 //                 with its NUL; an absent value is an empty string
 //
-// The slow form is preferred where both exist. Failures show as valid() or as
+// The slow form is preferred where both exist whole. Failures show as valid() or as
 // null and false results; only the storage of the values throws.
 #pragma once
 

@@ -36,6 +36,8 @@ class FdBag;
 
 class DcFileListCreator {
  public:
+  static constexpr int kPointerSize = 8;  // bytes of a record of <root>.lpt
+
   // `info` 2 binds to the existing list of `root` and adds to it; any other value
   // makes the list afresh, with the first file. `creator`, not owned, is called
   // back for each entry of a directory. Throws _Exception_ListCr if it cannot
@@ -85,8 +87,9 @@ class DcFileListCreator {
   StreamPtr dirList_;    // made when first needed
   int64_t listEnd_ = 0;  // bytes in fileList_ and dirList_ so far
   int64_t dirEnd_ = 0;
-  int64_t lostDirEnd_ = -1;    // of the last directory that was logged as out of reach
-  FdBag* tempList_ = nullptr;  // real paths in the list; the reader's while binding
+  int64_t lostDirEnd_ = -1;  // of the last directory that was logged as out of reach
+  std::unique_ptr<FdBag> newNames_;
+  FdBag* tempList_ = nullptr;  // real paths in the list: newNames_, or the reader's
   bool Done_ = false;
   bool newList_ = true;
   bool notEmpty_ = false;

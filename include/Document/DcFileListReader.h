@@ -49,8 +49,6 @@ class DcFileListReader {
   long GetFirstDoc(long num);
 
  private:
-  static constexpr int16_t kRecordSize = 8;
-
   FdBag* nameTable_ = nullptr;
   std::fstream* ptrList_;
   std::fstream* fileList_;
@@ -58,7 +56,7 @@ class DcFileListReader {
   int32_t oldDirOffset_ = -2;  // of dirName_; -2 is no offset that a file holds
   std::string dirName_;
   std::string treeName_;
-  int16_t blockSize_ = kRecordSize;
+  int16_t blockSize_;  // bytes of a record of ptrList_
 };
 
 }  // namespace vandrelle

@@ -2,7 +2,7 @@
 // and which number inside its storage form, and hands on to a sub-manager.
 //
 // <root>.idx, one row of 12 bytes a document in number order, big-endian, then a
-// trailer of 18 integers (the next free number of each storage form):
+// trailer (DcTrailer in DcChooser.h):
 //
 //   offset  size  field
 //   0       4     type: the data type
@@ -14,8 +14,11 @@
 #pragma once
 
 #include <iosfwd>
+#include <memory>
+#include <string>
 
 #include "Document/DcDocumentManager.h"
+#include "Tool/HeapText.h"
 
 namespace vandrelle {
 
@@ -34,9 +37,7 @@ class DcMetaDocManager : public DcDocumentManager {
   DESCRIBED(DcMetaDocManager)
 
   static constexpr int kRowSize = 12;
-  static constexpr int kTrailerSize = 72;
   static constexpr int kUserManagers = 16;
-  static constexpr int kFirstUserManagerType = 32768;
 
   // Binds to the index `root` (copied). Owns none of the objects; `fp` and
   // `utypes` may be null. Throws _Exception_FileMgr when there is neither
@@ -80,33 +81,33 @@ class DcMetaDocManager : public DcDocumentManager {
  private:
   DcDocument* dispatch(int type, int num);
   void attachConstraintWords(int realDocNum, DcDocument* document);
-  char* userRoot(int type) const;
+  std::string userRoot(int type) const;
 
   int currentType_ = 0;
   int currentNum_ = 0;
-  DcChooser* chooser_ = nullptr;
   DcUserTypes* userTypes_;
   TkStemmer* stemmer_;
-  char* multiRoot_ = nullptr;
-  char* oneRoot_ = nullptr;
-  DcFileListMgr* flm_ = nullptr;
-  char* root_;
-  DcOneDocManager* oneMgr_ = nullptr;
-  DcMultiDocManager* multiMgr_ = nullptr;
-  DcDocumentManager* userManagers_[kUserManagers] = {};
-  bool newFP_ = false;
+  std::string root_;
+  std::unique_ptr<DcFieldParser> newFP_;  // if none is given
   DcFieldParser* fieldParser_;
-  DcFieldsBinder* fieldDB_ = nullptr;
   int lastFileNum_ = -1;
-  char* lastFileName_ = nullptr;
+  HeapAptr<char> lastFileName_;
   int datatype_ = -1;
   int firstNum_ = 0;
-  std::ifstream* special_ = nullptr;
   int numDocuments_ = 0;
-  std::ifstream* index_ = nullptr;
   bool headers_ = false;
   int voffset_ = 0;
   int absname_ = 0;
+  std::unique_ptr<std::ifstream> special_;
+  std::unique_ptr<std::ifstream> index_;
+  // Destroyed from the last to the first: the sub-managers close their files through
+  // helpers of the chooser.
+  std::unique_ptr<DcChooser> chooser_;
+  std::unique_ptr<DcFieldsBinder> fieldDB_;
+  std::unique_ptr<DcFileListMgr> flm_;
+  std::unique_ptr<DcDocumentManager> userManagers_[kUserManagers];
+  std::unique_ptr<DcMultiDocManager> multiMgr_;
+  std::unique_ptr<DcOneDocManager> oneMgr_;
 };
 
 }  // namespace vandrelle

@@ -24,6 +24,8 @@ DESCRIPTOR_CHILD(DcMultiDocManager, DcFileDocManager);
 class DcMultiDocManager : public DcFileDocManager {
   DESCRIBED(DcMultiDocManager)
 
+  static constexpr int kRecordSize = 12;
+
   // `root`: the index's root name with "_mlt". Without <root>.idx every article
   // reads as -1.
   DcMultiDocManager(const char* root, TkStemmer* stemmer, DcMetaDocManager* mmgr,

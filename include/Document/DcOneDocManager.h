@@ -18,6 +18,8 @@ DESCRIPTOR_CHILD(DcOneDocManager, DcFileDocManager);
 class DcOneDocManager : public DcFileDocManager {
   DESCRIBED(DcOneDocManager)
 
+  static constexpr int kRecordSize = 8;
+
   // `root`: the index's root name with "_one". Throws _Exception_Fatal when
   // <root>.idx cannot be opened.
   DcOneDocManager(const char* root, TkStemmer* stemmer, DcMetaDocManager* mmgr, DcChooser* chooser);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "Document/DcBintest.h"
 
@@ -60,9 +61,9 @@ class DcRegexpTypeMap : public DcTypeMap {
   DcDataTypeRecord currentRule() const;
   void logExclusion(const char* path) const;
 
-  FdBag* typeTable_;             // expression text to DcDataTypeRecord, in order of addition
-  FdStream* iter_ = nullptr;     // walks typeTable_
-  DcBintest* tester_ = nullptr;  // made with the first rule that asks for the test
+  std::unique_ptr<FdBag> typeTable_;   // expression text to DcDataTypeRecord, in order of addition
+  std::unique_ptr<FdStream> iter_;     // walks typeTable_
+  std::unique_ptr<DcBintest> tester_;  // made with the first rule that asks for the test
 };
 
 }  // namespace vandrelle

@@ -4,6 +4,8 @@
 // thus belongs to one stream at a time.
 #pragma once
 
+#include <memory>
+
 #include "DocumentImpl/HelperStruct.h"
 
 namespace vandrelle {
@@ -48,10 +50,11 @@ class DiHelperDistributor {
   DiSeparator* makeSeparator(int number, int type);
   DiFileHandler* makeFileHandler(int number);
 
-  TkLexer* lexerArray_[kTypes] = {};
-  DiHeaderParser* hpArray_[kTypes] = {};
-  DiSeparator* sepArray_[kTypes] = {};
-  DiFileHandler* fhArray_[kTypes] = {};
+  // Destroyed from the last to the first: parsers and separators use the lexers.
+  std::unique_ptr<TkLexer> lexerArray_[kTypes];
+  std::unique_ptr<DiHeaderParser> hpArray_[kTypes];
+  std::unique_ptr<DiSeparator> sepArray_[kTypes];
+  std::unique_ptr<DiFileHandler> fhArray_[kTypes];
   HelperStruct HelperStructArray_[kTypes];
   DiHelperTuple nameHelperArray_[kTypes];
   const char* root_;

@@ -52,9 +52,6 @@ void seekTo(std::istream& stream, long position);
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
 std::size_t findIgnoringCase(std::string_view text, std::string_view pattern, std::size_t from = 0);
 
-// White space of the C locale, for any byte.
-bool isSpaceByte(char c);
-
 // The header bytes of a document; empty without a source or a header.
 std::string headerText(DcHeaderDocument* doc);
 
@@ -63,7 +60,32 @@ std::string headerText(DcHeaderDocument* doc);
 // document, -1 if there is none. Reads in blocks.
 long findInDocument(DcAsciiDocument* doc, std::string_view pattern, bool ignoreCase, long limit);
 
-// `text` in a new array that the caller owns.
-char* newText(std::string_view text);
+// Adds what stands from `offset` on, up to the next newline or the end of the document,
+// to `line`. Reads in blocks of `blockSize` bytes, at most 4096. False when the source
+// is gone midway.
+bool addLine(DcAsciiDocument* doc, long offset, int blockSize, std::string* line);
+
+// Follows the head of a page: looks in line after line for the first <title>, and
+// behind it for the first <body>, </head> and </title>, ignoring case.
+class DiPageHead {
+ public:
+  // Where in the line the text behind <title> goes on: 0 in a line behind the title's,
+  // npos in one before.
+  std::size_t look(const DiLineReader& line);
+
+  bool titleSeen() const { return title_ >= 0; }
+  bool titleEnded() const { return ends_[2] >= 0; }
+  bool bodySeen() const { return ends_[0] >= 0; }
+  // Behind <body>, else </head>, else </title>, in bytes of the stream, else `otherwise`.
+  long end(long otherwise) const;
+
+ private:
+  long title_ = -1;  // behind the tag
+  long ends_[3] = {-1, -1, -1};
+};
+
+// protocol TAB host TAB port TAB path, the first line of a page that a crawler has
+// fetched, as an address; empty when a tab is missing. The path may hold more tabs.
+std::string addressOf(std::string_view line);
 
 }  // namespace vandrelle

@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 namespace vandrelle {
 
@@ -14,6 +15,12 @@ inline char* copyText(const char* text) {
   const std::size_t bytes = std::strlen(text) + 1;
   char* copy = new char[bytes];
   std::memcpy(copy, text, bytes);
+  return copy;
+}
+inline char* copyText(std::string_view text) {
+  char* copy = new char[text.size() + 1];
+  std::memcpy(copy, text.data(), text.size());
+  copy[text.size()] = '\0';
   return copy;
 }
 

@@ -86,7 +86,8 @@ TEST_F(DcFieldsTest, BothFormsReadBackAlike) {
                                         "u2\0",
                                         12) +
                                 std::string(1023, 'x') + std::string(2, '\0'));
-  ASSERT_TRUE(DcFieldsCreator::remove(root.c_str()));
+  // A removal that was cut short.
+  ASSERT_TRUE(std::filesystem::remove(root + ".fld.nam"));
   DcFieldsBinder fast(root.c_str());
   ASSERT_TRUE(fast.valid());
   EXPECT_EQ(fast.numDocuments(), 3);
@@ -96,14 +97,31 @@ TEST_F(DcFieldsTest, BothFormsReadBackAlike) {
   EXPECT_EQ(taken(fast.retrieve(2, "other")), "(null)");
 }
 
-TEST_F(DcFieldsTest, FastFormOfAnotherCountIsRefused) {
+TEST_F(DcFieldsTest, FastFormThatCannotBeIsRefused) {
   fill();
-  writeFile(root + ".fidx", std::string(10, '\0'));
+  const std::string url("url\0", 4);
+  const struct {
+    int documents;
+    std::string names;
+    bool taken;
+  } cases[] = {{3, url, true},
+               {2, url, false},
+               {3, "", false},
+               {3, "url", false},
+               {3, url + '\0', false},
+               {3, std::string(32767, 'n') + '\0', true},
+               {3, std::string(32768, 'n') + '\0', false},
+               {3, std::string(30 << 20, '\0'), false}};
   writeFile(root + ".fdat", std::string(10, '\0'));
-  writeFile(root + ".fnam", std::string("url\0", 4));
-  DcFieldsBinder binder(root.c_str());
-  EXPECT_FALSE(binder.fastFilesOn(root.c_str()));
-  EXPECT_EQ(taken(binder.retrieve(0, "url")), "u0");
+  for (const auto& c : cases) {
+    writeFile(root + ".fidx", std::string(static_cast<std::size_t>(5 * c.documents), '\0'));
+    writeFile(root + ".fnam", c.names);
+    DcFieldsBinder binder(root.c_str());
+    EXPECT_EQ(binder.fastFilesOn(root.c_str()), c.taken) << c.documents << c.names.size();
+    if (!c.taken) {
+      EXPECT_EQ(taken(binder.retrieve(0, "url")), "u0");
+    }
+  }
 }
 
 TEST_F(DcFieldsTest, LeftoverFilesAndNamesPastTheLimit) {

@@ -1,6 +1,7 @@
 #include <map>
 #include <vector>
 
+#include "Document/DcDataType.h"
 #include "Document/DcDocumentUtil.h"
 #include "Document/DcFileHeaderDocument.h"
 #include "Document/DcManagerManager.h"
@@ -95,8 +96,10 @@ TEST_F(ManagerTest, TwentyLiveDocumentsOfOneForm) {
   EXPECT_EQ(wordsOf(live.back().get()), "five ");
 }
 
+// A type that nobody serves costs its document, and one of a feed also the next article of
+// the file, read with the same helpers; other damage leaves a document, if an empty one.
 TEST_F(ManagerTest, DamagedRowsDoNoHarm) {
-  for (const char* name : {"ix.idx", "ix_one.idx", "ix_mlt.idx"}) {
+  for (const std::string name : {"ix.idx", "ix_one.idx", "ix_mlt.idx"}) {
     const std::string sound = fileBytes(path(name));
     for (const int value : {-1, 0, 64, 2047, 2048, 32768, 40000, 0x7fffffff, -0x7fffffff}) {
       for (std::size_t place = 0; place < 24; place += 4) {
@@ -107,6 +110,10 @@ TEST_F(ManagerTest, DamagedRowsDoNoHarm) {
         const auto manager = bind();
         for (int number = 0; number < 3; ++number) {
           const std::unique_ptr<DcDocument> document(manager->documentNum(number));
+          const bool next = place == 12 && number == 2 && value < DcDataType::kFirstUserForm;
+          const bool unserved = name == "ix.idx" && value != DcDataType::kFirstUser &&
+                                (place == static_cast<std::size_t>(number * 12) || next);
+          EXPECT_EQ(document == nullptr, unserved) << name << place << ' ' << value;
           if (document == nullptr) continue;
           taken(document->documentName());
           // A size of 2 GiB would be walked byte by byte.

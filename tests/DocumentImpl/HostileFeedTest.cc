@@ -3,6 +3,7 @@
 // read. The good copies are to come out as if nothing stood between them.
 #include <algorithm>
 
+#include "Document/DcDataType.h"
 #include "Document/DcDocumentManager.h"
 #include "Document/DcFieldBag.h"
 #include "Document/DcHeaderDocument.h"
@@ -14,8 +15,6 @@
 namespace vandrelle {
 namespace {
 
-constexpr int kCompressedType = 11;
-constexpr int kRtfType = 5;
 constexpr int kPlaces = 80;            // of each kind of damage to a file
 constexpr int kCompressedPlaces = 10;  // each costs two processes
 constexpr std::size_t kRandomBytes = 1000000;
@@ -39,7 +38,8 @@ class HostileFeed : public IntakeTest, public testing::WithParamInterface<int> {
   }
 
   void addDamaged() {
-    const std::size_t places = GetParam() == kCompressedType ? kCompressedPlaces : kPlaces;
+    const std::size_t places =
+        GetParam() == DcDataType::kCompressedDump ? kCompressedPlaces : kPlaces;
     const std::size_t step = std::max<std::size_t>(good_.size() / places, 1);
     for (std::size_t at = 0; at < good_.size(); at += step) {
       add(good_.substr(0, at));
@@ -67,7 +67,7 @@ class HostileFeed : public IntakeTest, public testing::WithParamInterface<int> {
 TEST_P(HostileFeed, LeavesTheOthersAlone) {
   ASSERT_NE(good_, "");
   const std::string root = path("root");
-  if (GetParam() == kRtfType) {
+  if (GetParam() == DcDataType::kRtf) {
     // Numbers of letters that fit nothing.
     std::string table;
     for (int i = 0; i < 400; ++i)
@@ -83,7 +83,7 @@ TEST_P(HostileFeed, LeavesTheOthersAlone) {
   addDamaged();
   const int last = add(good_);
   creator_->DoneAddingDocs();
-  EXPECT_TRUE(first == last || GetParam() == kRtfType) << first << " and " << last;
+  EXPECT_TRUE(first == last || GetParam() == DcDataType::kRtf) << first << " and " << last;
 
   TkPassStem stemmer;
   std::unique_ptr<DcDocumentManager> manager(
@@ -95,7 +95,8 @@ TEST_P(HostileFeed, LeavesTheOthersAlone) {
     if (number < first || number >= total - last) texts.push_back(std::move(text));
   }
   // Only articles with a header keep their places behind the first one of a run.
-  const bool placed = GetParam() != 3 && GetParam() != kRtfType && GetParam() != kCompressedType;
+  const bool placed = GetParam() != DcDataType::kUsenetText && GetParam() != DcDataType::kRtf &&
+                      GetParam() != DcDataType::kCompressedDump;
   for (int i = 0; placed && i < last; ++i) {
     EXPECT_EQ(texts[static_cast<std::size_t>(i)], texts[static_cast<std::size_t>(first + i)]) << i;
   }

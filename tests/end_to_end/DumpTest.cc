@@ -116,18 +116,21 @@ TEST_F(DumpTest, ShowsDigestsByFallingScore) {
 }
 
 TEST_F(DumpTest, RefusesInOneLine) {
-  const auto refused = [](const std::string& index, const std::string& command) {
+  const auto refused = [](const std::string& index, const std::string& command, int status = 1) {
     const ProgramRun result = dump(index, split(command, ' '));
-    EXPECT_EQ(result.status, 1) << command;
+    EXPECT_EQ(result.status, status) << command;
     EXPECT_EQ(lines(result.errors).size(), 1u) << command << result.errors;
   };
   for (const char* command : {"", "words", "docs", "fields 0", "digest 0", "stem bread"}) {
     refused(*folder_ / "missing", command);
   }
-  for (const char* command :
-       {"row unheard", "doc 4", "doc -1", "doc 99999999999", "doc 1x", "doc", "fields 4",
-        "digest 4", "digest -1", "stem unheard", "words a b", "sing"}) {
+  for (const char* command : {"row unheard", "doc 4", "fields 4", "digest 4", "stem unheard"}) {
     refused(root(), command);
+  }
+  for (const char* command : {"doc -1", "doc 99999999999", "doc 1x", "doc", "digest -1", "row",
+                              "docs 1", "words a b", "sing", "-words", "words -R"}) {
+    refused(root(), command, 2);
+    refused(*folder_ / "missing", command, 2);
   }
   for (const char* command : {"row ", "stem "}) refused(root(), command + std::string(300, 'w'));
 }

@@ -84,10 +84,15 @@ void addFromList(DcMetaIndexCreator* imgr, const char* path, const char* kind) {
   addFromList(imgr, list);
 }
 
-// A stage of its own: nothing is told as progress, and no field of a former run is
-// to stand in the way.
+// A stage of its own: nothing is told as progress. No field of a former run is to stand in
+// the way, nor a file that this run may not write; and without its header a family of files
+// is no index, so that one which ends half-way can't be asked.
 void beginDocumentIndex(NameManager* rootName, VandrelleLogIostream* logger) {
   removeFieldFiles(rootName);
+  for (const char* suffix :
+       {".info", ".trp", ".unstem", ".dir", "_mlt.idx", ".sum.map", ".sum.idx"}) {
+    SysTools::removeFile(rootName->suffix(suffix));
+  }
   LOG(2, 1, "Building document index...");
   LOG(1, 1, "Building document index...");
   logger->stream(1, nullptr);

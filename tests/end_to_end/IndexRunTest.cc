@@ -318,6 +318,13 @@ TEST_F(IndexRunTest, LaterRunsOnAFinishedIndex) {
   after.erase(".sum.map");
   after.erase(".sum.idx");
   EXPECT_TRUE(after == logged);
+
+  // Another run leaves nothing of the former one, and none of both if it fails.
+  build({"-R", path("out/fresh"), site("bread.html")});
+  build({"-R", root(), site("bread.html")});
+  EXPECT_TRUE(withoutLogs(filesOf(root())) == withoutLogs(filesOf(path("out/fresh"))));
+  EXPECT_EQ(index({"-R", root(), "-flist", path("none")}).output.rfind("VANDRELLEERROR: ", 0), 0u);
+  EXPECT_EQ(filesOf(root()).count(".info"), 0u);
 }
 
 }  // namespace

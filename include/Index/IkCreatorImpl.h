@@ -75,7 +75,6 @@ class IkCreatorImpl {
   void recordProximity(int record) { recordProximity_ = record; }
   int hashbits() const { return hashbits_; }
   void hashbits(int bits) { hashbits_ = bits; }
-  int totalWordCount() const { return totalWordCount_; }
 
  protected:
   // A file of big-endian floats. Throws _Exception_IkIO.

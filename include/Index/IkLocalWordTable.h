@@ -21,7 +21,6 @@ class IkLocalWordTable : public IkWordTable {
   int wordNum(const WmWord* word) override;
   const WmWord* word(int num) override;
 
-  int wordsInKeyfile() const { return wordsInKeyfile_; }
   IkDataExtender* extender() const { return extender_; }
 
   // The position in the data of a word. Throws _Exception_Ik for a `size` that

@@ -13,6 +13,7 @@
 #include "Index/IkDocumentInfo.h"
 #include "Index/IkException.h"
 #include "Index/IkIdfCreator.h"
+#include "Index/IkLocalWordTable.h"
 #include "Index/IkMerger.h"
 #include "Index/IkProxCreator.h"
 #include "KeyFile/KfKeyFileManager.h"
@@ -28,9 +29,7 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kKeyFileChunkSize = 512;
 constexpr int kKeyFileType = 14;
-constexpr int kKeyFileDataSize = 5;
 constexpr uint32 kPosMapInterval = 128;
 
 // Writes a whole small file beside the index. Throws _Exception_IkIO.
@@ -185,8 +184,8 @@ void IkCreatorImpl::compileIndex(NameManager* name, IkMerger* merger) {
   const std::size_t chunks = static_cast<std::size_t>(info_.totalNumChunks);
   Compilation files;
   files.data.create(name->suffix(".dat"), info_.bufferSize);
-  files.keys.reset(KfKeyFileManager::KdCreate(name->suffix(nullptr), kKeyFileChunkSize,
-                                              kKeyFileType, kKeyFileDataSize));
+  files.keys.reset(KfKeyFileManager::KdCreate(name->suffix(nullptr), IkLocalWordTable::kChunkSize,
+                                              kKeyFileType, IkLocalWordTable::kDataSize));
   if (!files.keys) THROW(Ik, "Couldn't create keyfile (NULL)");
   if (recordProximity_) {
     files.positions = new IkProxCreator(name->suffix(".prx"));
@@ -234,11 +233,9 @@ void IkCreatorImpl::compileWord(IkMerger* merger, Compilation* files) {
   files->idfs->add(idf);
   calculateWeights(*merger, row, idf, files);
 
-  const StStoragePos offset = files->data.offset();
-  unsigned char place[kKeyFileDataSize];
-  storeU32(place, offset.Lo());
-  place[4] = static_cast<unsigned char>(offset.Hi());
-  files->keys->Add_Entry(merger->word(), place, kKeyFileDataSize);
+  unsigned char place[IkLocalWordTable::kDataSize];
+  IkLocalWordTable::storePos(place, files->data.offset());
+  files->keys->Add_Entry(merger->word(), place, sizeof place);
   if (files->positionMap) {
     files->positionsEnd = files->positions->tell();
     files->positionMap->add(files->positionsEnd);

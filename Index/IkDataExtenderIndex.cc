@@ -31,9 +31,7 @@ namespace {
 
 constexpr char kContinued = '\1';  // first letter of a continued row's name
 constexpr int kOffsetDigits = 8;
-constexpr int kKeyFileChunkSize = 512;
 constexpr int kKeyFileType = 9;
-constexpr int kKeyFileDataSize = 5;
 // Digests that are built in memory at once, and how many where all are more.
 constexpr long long kDigestEntries = 0x500000;
 constexpr int kDigestRange = 50000;
@@ -137,7 +135,7 @@ void IkDataExtenderIndex::bindFiles(const char* words, const char* offsets, cons
   const int keyfile = ::open(name_.suffix(words), O_RDONLY | O_CLOEXEC);
   if (keyfile < 0) damaged();
   keyfile_ = std::make_unique<KdFileALAccessorCon>(&pointers, keyfile);
-  if (keyfile_->Data_Size() != kKeyFileDataSize) damaged();
+  if (keyfile_->Data_Size() != IkLocalWordTable::kDataSize) damaged();
   xwordtable_ = std::make_unique<IkLocalWordTable>(keyfile_.get(), nullptr);
   countContinuedRows();
   xdatafile_ = std::make_unique<IkDataFileBinder>();
@@ -254,17 +252,16 @@ void IkDataExtenderIndex::done() {
 void IkDataExtenderIndex::mergeRows(IkMerger* merger, const std::vector<int>& row, int bufferSize) {
   IkDataFileCreator rows;
   rows.create(name_.suffix(kMembers[2].shadow), bufferSize);
-  const std::unique_ptr<KdFileCreator> names(KfKeyFileManager::KdCreate(
-      name_.suffix(".new"), kKeyFileChunkSize, kKeyFileType, kKeyFileDataSize));
+  const std::unique_ptr<KdFileCreator> names(
+      KfKeyFileManager::KdCreate(name_.suffix(".new"), IkLocalWordTable::kChunkSize, kKeyFileType,
+                                 IkLocalWordTable::kDataSize));
   for (merger->reset(); merger->more(); merger->next()) {
     const int pairs = merger->sparseSize();
     const auto isThere = [](int freq) { return freq != 0; };
     if (pairs == 0 || (pairs < 0 && std::none_of(row.begin(), row.end(), isThere))) continue;
-    const StStoragePos position = rows.offset();
-    unsigned char place[kKeyFileDataSize];
-    storeU32(place, position.Lo());
-    place[4] = static_cast<unsigned char>(position.Hi());
-    names->Add_Entry(merger->word(), place, kKeyFileDataSize);
+    unsigned char place[IkLocalWordTable::kDataSize];
+    IkLocalWordTable::storePos(place, rows.offset());
+    names->Add_Entry(merger->word(), place, sizeof place);
     if (pairs >= 0) {
       rows.writeRow(reinterpret_cast<const IkDocumentInfo*>(row.data()), pairs, 0.0f);
     } else {

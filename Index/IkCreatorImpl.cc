@@ -155,10 +155,12 @@ void IkCreatorImpl::displayProgress(float fraction, float* progress) const {
   char line[32];
   std::snprintf(line, sizeof line, "  %3.1f%%", static_cast<double>(*progress * 100));
   LOG(1, 1, line);
+  float next;
   do {
     *progress += progress_freq_;
+    next = *progress + progress_freq_;
     // A step too small to count would never end.
-  } while (*progress + progress_freq_<fraction&& * progress + progress_freq_> * progress);
+  } while (next < fraction && next > *progress);
 }
 
 // What compileIndex() has open, and what it adds up.

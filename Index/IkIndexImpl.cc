@@ -10,6 +10,7 @@
 #include "Fun/FdStream.h"
 #include "Index/IkException.h"
 #include "Index/IkExtender.h"
+#include "Index/IkFamily.h"
 #include "Index/IkIndexer.h"
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkReintegrator.h"
@@ -178,10 +179,7 @@ void IkIndexImpl::cleanup() { THROW(Ik, "IkIndexImpl::cleanup() is not yet imple
 // A change that was begun is one of the former index.
 void IkIndexImpl::deleteIncrementalFiles() {
   extender_.reset();
-  for (const char* suffix :
-       {".xw", ".xd", ".xo", ".xt", ".xidx.xw", ".xidx.xd", ".xidx.xo", ".xidx.xt", ".xk"}) {
-    deleteFile(name_.suffix(suffix));
-  }
+  for (const char* suffix : kIkChangeSuffixes) deleteFile(name_.suffix(suffix));
 }
 
 void IkIndexImpl::deleteFile(const char* filename) {

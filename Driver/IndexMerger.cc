@@ -2,7 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -23,6 +22,7 @@
 #include "Index/IkIndex.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkMergeDeleter.h"
+#include "Index/IkMergeIndex.h"
 #include "Index/IkTransposeMerger.h"
 #include "Token/TkStemmer.h"
 
@@ -265,17 +265,11 @@ void IndexMerger::mergeWords() {
   index->mergeAdditive(roots.get(), 1, deleters.data());
 }
 
-std::string IndexMerger::newWordNumbersFile(std::size_t source) const {
-  char suffix[20];
-  std::snprintf(suffix, sizeof suffix, ".tmp.%.4x", static_cast<unsigned>(source));
-  return workRoot_ + suffix;
-}
-
 void IndexMerger::mergeDigests() {
   IkTransposeMerger digests(workRoot_.c_str());
   int first = 0;
   for (std::size_t i = 0; i < sources_.size(); ++i) {
-    const std::string numbers = newWordNumbersFile(i);
+    const std::string numbers = IkMergeIndex::newWordNumbersFile(workRoot_, static_cast<int>(i));
     digests.addIndex(sources_[i].c_str(), numbers.c_str(), first);
     removeOrThrow(numbers);
     first += counts_[i];

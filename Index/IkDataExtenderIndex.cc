@@ -69,12 +69,6 @@ int newWordNumber(int offset) {
   return bits & IkDataExtender::kNewWord ? static_cast<int>(bits & ~IkDataExtender::kNewWord) : -1;
 }
 
-std::string tempfileSuffix(int number) {
-  char suffix[20];
-  std::snprintf(suffix, sizeof suffix, ".tmp%03d", number);
-  return suffix;
-}
-
 }  // namespace
 
 // The rows there are, as a source of the merger. A change whose last files could not
@@ -122,7 +116,7 @@ IkDataExtenderIndex::~IkDataExtenderIndex() {
   if (mode_ == 0) return;
   if (indexer_) {
     indexer_->discard();
-    removeTempfiles(0);
+    removeTempfiles();
   }
   if (completed_) {
     for (const Member& member : kMembers) SysTools::removeFile(name_.suffix(member.shadow));
@@ -200,7 +194,7 @@ int IkDataExtenderIndex::lookupWord(int word_num, WmWord* word) {
 void IkDataExtenderIndex::addData(int offset, int doc_num, int doc_freq) {
   requireOpen();
   if (indexer_ == nullptr) {
-    removeTempfiles(0);
+    removeTempfiles();
     indexer_ = std::make_unique<IkIndexer>(name_.suffix(nullptr));
     indexer_->recordProximity(0);
   }
@@ -214,11 +208,10 @@ void IkDataExtenderIndex::addData(int offset, int doc_num, int doc_freq) {
   for (int i = 0; i < doc_freq; ++i) indexer_->addTerm(term.word(), doc_num, 0);
 }
 
-// Removes the temporary files from `first` on, and answers how many there were.
-int IkDataExtenderIndex::removeTempfiles(int first) {
-  int number = first;
-  while (SysTools::removeFile(name_.suffix(tempfileSuffix(number).c_str()))) ++number;
-  return number - first;
+void IkDataExtenderIndex::removeTempfiles() {
+  const std::string root = name_.suffix(nullptr);
+  int number = 0;
+  while (SysTools::removeFile(IkIndexer::tempfileName(root, number).c_str())) ++number;
 }
 
 void IkDataExtenderIndex::done() {
@@ -234,8 +227,8 @@ void IkDataExtenderIndex::done() {
     int source = 0;
     if (keyfile_) merger.mergeObject(source++, new FrozenRows(this, info.totalNumChunks));
     for (int i = 0; i < numFiles; ++i) {
-      merger.mergeObject(source++,
-                         new IkMergeTempfile(name_.suffix(tempfileSuffix(i).c_str()), nullptr));
+      const std::string file = IkIndexer::tempfileName(name_.suffix(nullptr), i);
+      merger.mergeObject(source++, new IkMergeTempfile(file.c_str(), nullptr));
     }
     std::vector<int> row(static_cast<std::size_t>(numDocs_));
     merger.row(row.data());
@@ -245,7 +238,7 @@ void IkDataExtenderIndex::done() {
   }
   newWords_.clear();
   indexer_.reset();
-  removeTempfiles(0);
+  removeTempfiles();
   bindFiles(kMembers[0].shadow, kMembers[1].shadow, kMembers[2].shadow);
 }
 

@@ -10,6 +10,12 @@
 
 namespace vandrelle {
 
+std::string IkMergeIndex::newWordNumbersFile(const std::string& root, int source) {
+  char suffix[20];
+  std::snprintf(suffix, sizeof suffix, ".tmp.%.4x", static_cast<unsigned>(source));
+  return root + suffix;
+}
+
 IkMergeIndex::IkMergeIndex(const char* rootname, const char* newWordNumbersFile,
                            int recordProximity) {
   NameManager name(rootname, 20);

@@ -71,7 +71,7 @@ void eachPair(const IkMerger& merger, const int* row, int rowSize, Take take) {
 
 }  // namespace
 
-IkCreatorImpl::IkCreatorImpl(const char* rootname) : name_(rootname, 20) {
+IkCreatorImpl::IkCreatorImpl(const char* rootname) : name_(rootname) {
   info_.numTerms = 0;
   info_.totalNumChunks = 0;
   info_.numDigestWords = 32;

@@ -51,7 +51,7 @@ void insert(FdBag* bag, const std::string& key, const std::string& data) {
 }  // namespace
 
 IkDataExtenderDBM::IkDataExtenderDBM(const char* rootname, int mode) : mode_(mode) {
-  const NameManager name(rootname, 20);
+  const NameManager name(rootname);
   const int open = mode == 0 ? kOpenReadOnly : kOpenOrCreate;
   wordbag_.reset(FdDBMManager::Hash(name.suffix(".xw"), open));
   databag_.reset(FdDBMManager::Hash(name.suffix(".xd"), open));

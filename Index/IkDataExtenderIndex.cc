@@ -104,11 +104,11 @@ class IkDataExtenderIndex::FrozenRows : public IkMergeObject {
 };
 
 bool IkDataExtenderIndex::exists(const char* rootname) {
-  return SysTools::fileExists(NameManager(rootname, 20).suffix(".xidx.xw"));
+  return SysTools::fileExists(NameManager(rootname).suffix(".xidx.xw"));
 }
 
 IkDataExtenderIndex::IkDataExtenderIndex(const char* rootname, int mode)
-    : name_((std::string(rootname) + ".xidx").c_str(), 20), main_(rootname, 20), mode_(mode) {
+    : name_((std::string(rootname) + ".xidx").c_str()), main_(rootname), mode_(mode) {
   if (exists(rootname)) bindFiles(".xw", ".xo", ".xd");
 }
 

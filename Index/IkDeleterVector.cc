@@ -41,7 +41,7 @@ IkDeleterVector* IkDeleterVector::Create(const char* rootname, int totalNumDocs,
 
 IkDeleterVector* IkDeleterVector::Bind(const char* rootname, int totalNumDocs, int readOnly) {
   std::unique_ptr<IkDeleterVector> old;
-  if (SysTools::fileExists(NameManager(rootname, 20).suffix(kVector))) {
+  if (SysTools::fileExists(NameManager(rootname).suffix(kVector))) {
     old.reset(new IkDeleterVector(rootname));
     old->map(kVector, kMapReadOnly);
   }

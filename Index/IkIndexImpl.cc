@@ -21,7 +21,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMaxSuffix = 20;
 // What the digests of a corpus may take in memory, and the fixed number of cache
 // lines beyond it.
 constexpr std::int64_t kTransposeBytes = 0x500000;
@@ -39,7 +38,7 @@ IkIndexBinder* IkIndex::bind(const char* rootname) {
   return new IkLocalIndexBinder(rootname, nullptr);
 }
 
-IkIndexImpl::IkIndexImpl() : name_(kMaxSuffix) {
+IkIndexImpl::IkIndexImpl() {
   info_.numTerms = 0;
   info_.totalNumChunks = 0;
   info_.numDigestWords = 32;

@@ -25,7 +25,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMaxSuffix = 20;
 constexpr int kReadKeyFile = 14;
 constexpr int kMapKeyFile = 16;
 // Digests of the older layout that are kept in memory.
@@ -60,7 +59,7 @@ DEFINE_DESCRIPTOR(IkIndexBinder);
 DEFINE_DESCRIPTOR(IkLocalIndexBinder);
 
 IkLocalIndexBinder::IkLocalIndexBinder(const char* rootname, DcDocumentManager* doc)
-    : name_(rootname, kMaxSuffix), docmgr_(doc) {}
+    : name_(rootname), docmgr_(doc) {}
 
 IkLocalIndexBinder::~IkLocalIndexBinder() = default;
 

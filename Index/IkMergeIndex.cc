@@ -18,7 +18,7 @@ std::string IkMergeIndex::newWordNumbersFile(const std::string& root, int source
 
 IkMergeIndex::IkMergeIndex(const char* rootname, const char* newWordNumbersFile,
                            int recordProximity) {
-  NameManager name(rootname, 20);
+  NameManager name(rootname);
   keyfile_.reset(KfKeyFileManager::KdBind(name.suffix(nullptr)));
   maxWords_ = keyfile_->Num_Entries();
   matrixData_ = std::make_unique<IkDataFileBinder>();

@@ -18,7 +18,7 @@
 namespace vandrelle {
 
 IkReintegrator::IkReintegrator(const char* oldroot, const char* newroot)
-    : IkExtender(oldroot), newname_(newroot, 20) {
+    : IkExtender(oldroot), newname_(newroot) {
   if (std::strcmp(oldroot, newname_.suffix(nullptr)) == 0) {
     THROW(Ik, "An index can't be reintegrated under its own name '" << oldroot << "'");
   }

@@ -20,7 +20,7 @@ KdFileALCreator::KdFileALCreator(const char* file_name, int32 chunk_size, int32 
                                  int32 type)
     : KdChunkCreator((requireName(file_name), chunk_size), data_size, type == 8 || type == 9,
                      type != 7 && type != 8) {
-  NameManager names(file_name, 20);
+  NameManager names(file_name);
   Open_Key_File(names.suffix(".key"));
   if (!Open_New_File(ptr_file_, names.suffix(".ptr")))
     THROW(IO, "Can't open pointer file for writing: " << names.suffix(".ptr"));

@@ -7,7 +7,7 @@ namespace vandrelle {
 
 KdMmapAccessor::KdMmapAccessor(const char* filename, int file_type, int keyfile_fd)
     : KdChunkAccessor(keyfile_fd) {
-  NameManager names(filename, 20);
+  NameManager names(filename);
   ptr_file_map_.bind(names.suffix(".ptr"), 0, 0);
   const auto* ptr_file = static_cast<const unsigned char*>(ptr_file_map_.addr());
   const int64_t ptr_file_size = ptr_file_map_.len();

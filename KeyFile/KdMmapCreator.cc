@@ -17,8 +17,7 @@ const char* requireName(const char* file_name) {
 }  // namespace
 
 KdMmapCreator::KdMmapCreator(const char* file_name, int32 chunk_size, int32 data_size, int32 type)
-    : KdChunkCreator((requireName(file_name), chunk_size), data_size, 1, 1),
-      base_name_(file_name, 20) {
+    : KdChunkCreator((requireName(file_name), chunk_size), data_size, 1, 1), base_name_(file_name) {
   Open_Key_File(base_name_.suffix(".key"));
   if (!Open_New_File(ptr_file_, base_name_.suffix(".ptr"))) {
     THROW(IO, "Can't open pointer file for writing: " << base_name_.suffix(".ptr"));

@@ -21,8 +21,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMaxSuffix = 20;
-
 KdFileAccessor* bindKind(const char* filename, const char* ptr_name, int32 code, int accessType,
                          std::ifstream* ptr_file, int keyfile_fd) {
   switch (code) {
@@ -80,7 +78,7 @@ KdFileCreator* KfKeyFileManager::KdCreate(const char* file_name, int32 chunk_siz
 }
 
 KdFileAccessor* KfKeyFileManager::KdBind(const char* filename, int accessType) {
-  NameManager names(filename, kMaxSuffix);
+  NameManager names(filename);
   const int keyfile_fd = open(names.suffix(".key"), O_RDONLY | O_CLOEXEC);
   if (keyfile_fd < 0) THROW(KdAccess, "Can't open key file " << names.suffix(".key"));
   std::ifstream ptr_file(names.suffix(".ptr"), std::ios::binary);

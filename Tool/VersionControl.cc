@@ -48,7 +48,7 @@ void VersionControl::createVersionFile(const char* path) {
 }
 
 void VersionControl::setVersionFile(const char* root, std::fstream* versionfile, int flag) {
-  const NameManager name(root, 20);
+  const NameManager name(root);
   const char* path = name.suffix(".ver");
   struct stat status;
   if (stat(path, &status) != 0 || status.st_size < kStages * kWordBytes) createVersionFile(path);

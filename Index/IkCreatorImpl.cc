@@ -29,7 +29,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kKeyFileType = 14;
 constexpr uint32 kPosMapInterval = 128;
 
 // Writes a whole small file beside the index. Throws _Exception_IkIO.
@@ -187,7 +186,7 @@ void IkCreatorImpl::compileIndex(NameManager* name, IkMerger* merger) {
   Compilation files;
   files.data.create(name->suffix(".dat"), info_.bufferSize);
   files.keys.reset(KfKeyFileManager::KdCreate(name->suffix(nullptr), IkLocalWordTable::kChunkSize,
-                                              kKeyFileType, IkLocalWordTable::kDataSize));
+                                              kKdMappedPointers, IkLocalWordTable::kDataSize));
   if (!files.keys) THROW(Ik, "Couldn't create keyfile (NULL)");
   if (recordProximity_) {
     files.positions = new IkProxCreator(name->suffix(".prx"));

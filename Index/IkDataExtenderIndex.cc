@@ -31,7 +31,6 @@ namespace {
 
 constexpr char kContinued = '\1';  // first letter of a continued row's name
 constexpr int kOffsetDigits = 8;
-constexpr int kKeyFileType = 9;
 // Digests that are built in memory at once, and how many where all are more.
 constexpr long long kDigestEntries = 0x500000;
 constexpr int kDigestRange = 50000;
@@ -246,7 +245,7 @@ void IkDataExtenderIndex::mergeRows(IkMerger* merger, const std::vector<int>& ro
   IkDataFileCreator rows;
   rows.create(name_.suffix(kMembers[2].shadow), bufferSize);
   const std::unique_ptr<KdFileCreator> names(
-      KfKeyFileManager::KdCreate(name_.suffix(".new"), IkLocalWordTable::kChunkSize, kKeyFileType,
+      KfKeyFileManager::KdCreate(name_.suffix(".new"), IkLocalWordTable::kChunkSize, kKdConstant,
                                  IkLocalWordTable::kDataSize));
   for (merger->reset(); merger->more(); merger->next()) {
     const int pairs = merger->sparseSize();

@@ -25,8 +25,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kReadKeyFile = 14;
-constexpr int kMapKeyFile = 16;
 // Digests of the older layout that are kept in memory.
 constexpr int kOldTransposeCache = 128;
 // Larger files of digests are of the newer layout, and aren't checked.
@@ -90,7 +88,7 @@ IkDataFileBinder* IkLocalIndexBinder::indexData(int writable, int mmapped) {
 KdFileAccessor* IkLocalIndexBinder::keyfile(int mapped) {
   if (keyfile_ == nullptr) {
     keyfile_.reset(
-        KfKeyFileManager::KdBind(name_.suffix(nullptr), mapped ? kMapKeyFile : kReadKeyFile));
+        KfKeyFileManager::KdBind(name_.suffix(nullptr), mapped ? kKdMapped : kKdMappedPointers));
   }
   return keyfile_.get();
 }

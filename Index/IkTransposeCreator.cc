@@ -18,8 +18,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMappedKeyFile = 16;
-
 // The lengths of the documents' vectors, one for each of `chunks` documents.
 std::vector<float> readSums(const char* filename, int chunks) {
   const std::size_t count = static_cast<std::size_t>(chunks);
@@ -46,7 +44,7 @@ void IkTransposeCreator::makeIndex() {
   // They are read from first to last.
   rows.bind(name_.suffix(nullptr), 0, StFileStorage::IsOneFile(name_.suffix(".dat")));
   std::unique_ptr<KdFileAccessor> keyfile(
-      KfKeyFileManager::KdBind(name_.suffix(nullptr), kMappedKeyFile));
+      KfKeyFileManager::KdBind(name_.suffix(nullptr), kKdMapped));
   info_.read(name_.suffix(".info"));
   if (info_.totalNumChunks < 0 || info_.numDigestWords < 0 ||
       info_.numDigestWords > IkDigestBuilder::kMaxDigestSize) {

@@ -50,8 +50,9 @@ KdFileALAccessor::KdFileALAccessor(std::ifstream* ptr_file, int keyfile_fd, KdDa
   const std::vector<unsigned char> content = KdReadWholeFile(ptr_file);
   if (content.size() < KdHeader::kBytes) fail("Error reading pointer file.");
   const KdHeader header = KdHeader::load(content.data());
-  if (header.type < 7 || header.type > 11) fail("Unrecognized pointer file type.");
-  layout_ = {place, header.type >= 9, 0};
+  if (header.type < kKdPackedVarying || header.type > kKdInline)
+    fail("Unrecognized pointer file type.");
+  layout_ = {place, header.type >= kKdConstant, 0};
   if (!KdReadPointers(content.data() + KdHeader::kBytes, content.size() - KdHeader::kBytes,
                       header.num_chunks, &records_, &words_)) {
     fail("Error reading pointer file.");

@@ -17,7 +17,7 @@ KdMmapAccessor::KdMmapAccessor(const char* filename, int file_type, int keyfile_
       KdHeader::kBytes + int64_t{KdPointerTable::kRecordBytes} * header.num_chunks;
   if (header.num_chunks < 0 || table_end > ptr_file_size) fail("Error reading pointer file.");
   bindTable(header, ptr_file + KdHeader::kBytes, ptr_file + table_end, ptr_file_size - table_end);
-  if (file_type == 16 && header.total_bytes > 0) {
+  if (file_type == kKdMapped && header.total_bytes > 0) {
     mapKeyFile(names.suffix(".key"));
     if (key_file_map_->len() < header.total_bytes) fail("Can't read buffer off disk");
     useKeyMap(static_cast<const unsigned char*>(key_file_map_->addr()));

@@ -18,7 +18,6 @@ constexpr char kDefaultTable[] = "/Vandrelle/table/stop";
 constexpr char kNoReplacement[] = "*";
 constexpr int kBuckets = 8192;
 constexpr int kChunkSize = 128;
-constexpr int kKeyFileType = 12;
 
 }  // namespace
 
@@ -69,7 +68,7 @@ namespace {
 // Leaves the files of `tableName` unfinished if it throws.
 void compile(std::istream& is, const char* tableName) {
   std::unique_ptr<KdFileCreator> creator(
-      KfKeyFileManager::KdCreate(tableName, kChunkSize, kKeyFileType, 0));
+      KfKeyFileManager::KdCreate(tableName, kChunkSize, kKdStop, 0));
   TkSourceReader reader(&is);
   while (reader.next()) {
     const WmLocalWord key(reader.token().c_str());

@@ -50,7 +50,8 @@ std::string writeIndex() {
 
   IkDataFileCreator rows;
   rows.create((root + ".dat").c_str(), 0);
-  const std::unique_ptr<KdFileCreator> keys(KfKeyFileManager::KdCreate(root.c_str(), 512, 14, 5));
+  const std::unique_ptr<KdFileCreator> keys(
+      KfKeyFileManager::KdCreate(root.c_str(), 512, kKdMappedPointers, 5));
   std::geometric_distribution<int> frequency(0.6);
   for (int i = 0; i < kWords; ++i) {
     std::vector<IkDocumentInfo> row;

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "KeyFile/KdChunk.h"
+#include "KeyFile/KdPointerTable.h"
 #include "Tool/SysTools.h"
 
 namespace vandrelle {
@@ -39,7 +39,7 @@ KdMmapCreator::~KdMmapCreator() {
 
 void KdMmapCreator::Write_To_Pointer_File(const WmWord* aWord) {
   Pass_Chunk();
-  char record[12];
+  char record[KdPointerTable::kRecordBytes];
   storeS32(record, keyfile_pos_);
   storeS32(record + 4, wrd_file_pos_);
   storeS32(record + 8, word_num_);

@@ -112,8 +112,9 @@ void KfKeyFileManager::ConvertPtrFileToMmap(const char* rootname) {
   if (num_chunks == 0) THROW(KdAccess, "No entries in ptr file.");
   std::vector<unsigned char> records;
   std::vector<unsigned char> words;
-  if (!KdReadPointers(content.data() + KdHeader::kBytes, content.size() - KdHeader::kBytes,
-                      num_chunks, &records, &words)) {
+  if (!KdFileALAccessor::Read_Pointers(content.data() + KdHeader::kBytes,
+                                       content.size() - KdHeader::kBytes, num_chunks, &records,
+                                       &words)) {
     THROW(KdAccess, "Error reading pointer file.");
   }
   char header[KdHeader::kBytes];

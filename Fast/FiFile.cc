@@ -66,7 +66,7 @@ void FiFile::bindRaw(const char* name, int writeable) {
 }
 
 void FiFile::bindMap(const char* name) {
-  map_ = std::make_unique<SysToolsMapObject>(name, 0, 0);
+  map_ = std::make_unique<SysToolsMapObject>(name);
   size_ = map_->len();
 }
 

@@ -32,7 +32,7 @@ class DigestCopier {
   // Answers the number of documents of the source.
   int copy(const char* root, const std::string& numbersFile, int first) {
     IkLocalIndexBinder source(root, nullptr);
-    numbers_.bind(numbersFile.c_str(), 0, 0);
+    numbers_.bind(numbersFile.c_str());
     const int documents = source.info()->totalNumChunks;
     if (documents < 0 ||
         first + std::int64_t{documents} > std::min(target_->numDocs(), numNorms_)) {
@@ -98,7 +98,7 @@ void IkIndexImpl::mergeTranspose(FdBag* roots) {
     THROW(Ik, "The file '" << name_.suffix(".info") << "' holds a count out of range");
   }
   const std::string filename = name_.suffix(".trp");
-  const SysToolsMapObject norms(name_.suffix(".norm"), 0, 0);
+  const SysToolsMapObject norms(name_.suffix(".norm"));
   if (norms.len() < info.totalNumChunks) {
     THROW(Ik, "The file '" << name_.suffix(".norm") << "' is too short");
   }

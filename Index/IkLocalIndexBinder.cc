@@ -33,7 +33,7 @@ constexpr std::uint64_t kMaxCheckedTranspose = 0x7FFF0000;
 // Maps a file that must have at least `bytes` bytes; nothing if those are 0.
 void mapArray(SysToolsMapObject* map, const char* filename, std::int64_t bytes) {
   if (bytes <= 0) return;
-  map->bind(filename, 0, 0);
+  map->bind(filename);
   if (map->len() < bytes) {
     THROW(Ik, "'" << filename << "' is shorter than the index has documents");
   }

@@ -29,7 +29,7 @@ StStorage* emptied(StFileStorage* storage) {
 
 struct IkTransposeMerger::Source {
   Source(const char* root, const char* newWordNumbersFile)
-      : keyfile(KfKeyFileManager::KdBind(root, kKdMapped)), newNumbers(newWordNumbersFile, 0, 0) {
+      : keyfile(KfKeyFileManager::KdBind(root, kKdMapped)), newNumbers(newWordNumbersFile) {
     rows.bind(root, 0, 0);
     if (newNumbers.len() / 4 != keyfile->Num_Entries()) {
       THROW(Ik, "The new word numbers of the index '" << root << "' don't fit its words");

@@ -8,7 +8,7 @@ namespace vandrelle {
 KdMmapAccessor::KdMmapAccessor(const char* filename, int file_type, int keyfile_fd)
     : KdChunkAccessor(keyfile_fd) {
   NameManager names(filename);
-  ptr_file_map_.bind(names.suffix(".ptr"), 0, 0);
+  ptr_file_map_.bind(names.suffix(".ptr"));
   const auto* ptr_file = static_cast<const unsigned char*>(ptr_file_map_.addr());
   const int64_t ptr_file_size = ptr_file_map_.len();
   if (ptr_file_size < KdHeader::kBytes) fail("Error reading pointer file.");
@@ -37,7 +37,7 @@ void KdMmapAccessor::mapKeyFile(const char* path) {
   key_file_map_ = std::make_unique<SysToolsMapObject>();
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
-    key_file_map_->bind(path, 0, 0);
+    key_file_map_->bind(path);
     return;
   }
   environment.restore_env();

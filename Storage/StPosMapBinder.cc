@@ -27,7 +27,7 @@ bool decode(const unsigned char** from, const unsigned char* end, uint32* delta)
 }  // namespace
 
 StPosMapBinder::StPosMapBinder(const char* file) {
-  map_.bind(file, 0, 0);
+  map_.bind(file);
   const auto* bytes = static_cast<const unsigned char*>(map_.addr());
   const auto length = static_cast<std::uint64_t>(map_.len());
   interval_ = length >= kPosMapHeaderBytes ? loadU32(bytes + 4) : 0;

@@ -117,8 +117,7 @@ const float* IkLocalIndexBinder::sumfile() {
     auto sums = std::make_unique<std::vector<float>>();
     if (map.addr() != nullptr) {
       sums->resize(static_cast<std::size_t>(map.len()) / 4);
-      const auto* bytes = static_cast<const unsigned char*>(map.addr());
-      for (std::size_t i = 0; i < sums->size(); ++i) (*sums)[i] = loadFloat(bytes + 4 * i);
+      loadFloats(map.addr(), sums->size(), sums->data());
     }
     sumfile_ = std::move(sums);
   }

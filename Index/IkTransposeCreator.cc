@@ -31,7 +31,7 @@ std::vector<float> readSums(const char* filename, int chunks) {
   std::fclose(file);
   if (!whole) THROW(Ik, "The file '" << filename << "' ends before its last document");
   std::vector<float> sums(count);
-  for (std::size_t i = 0; i < count; ++i) sums[i] = loadFloat(&bytes[i * 4]);
+  loadFloats(bytes.data(), count, sums.data());
   return sums;
 }
 

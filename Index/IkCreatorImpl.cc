@@ -33,13 +33,9 @@ constexpr uint32 kPosMapInterval = 128;
 
 // Writes a whole small file beside the index. Throws _Exception_IkIO.
 void writeFile(const std::string& filename, const std::vector<unsigned char>& bytes) {
-  std::FILE* file = std::fopen(filename.c_str(), "wb");
-  bool written = file != nullptr;
-  if (written && !bytes.empty()) {
-    written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  if (!SysTools::writeFile(filename.c_str(), bytes.data(), bytes.size())) {
+    THROW(IkIO, "Couldn't write '" << filename << "'");
   }
-  if (file != nullptr && std::fclose(file) != 0) written = false;
-  if (!written) THROW(IkIO, "Couldn't write '" << filename << "'");
 }
 
 std::vector<unsigned char> bigEndian(const std::vector<float>& values) {

@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -115,6 +116,13 @@ bool SysTools::fileExists(const char* filename) {
 
 bool SysTools::removeFile(const char* filename) {
   return filename != nullptr && unlink(filename) == 0;
+}
+
+bool SysTools::writeFile(const char* filename, const void* bytes, std::size_t size) {
+  std::FILE* file = std::fopen(filename, "wb");
+  if (file == nullptr) return false;
+  const bool written = size == 0 || std::fwrite(bytes, 1, size, file) == size;
+  return std::fclose(file) == 0 && written;
 }
 
 int SysTools::removeFiles(const char* directory, const char* regExpr) {

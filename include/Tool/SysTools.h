@@ -1,6 +1,8 @@
 // Thin wrappers around the operating system.
 #pragma once
 
+#include <cstddef>
+
 namespace vandrelle {
 
 class SysTools {
@@ -20,6 +22,8 @@ class SysTools {
 
   static bool fileExists(const char* filename);
   static bool removeFile(const char* filename);
+  // Writes a whole file of `size` bytes anew; false if it is not whole.
+  static bool writeFile(const char* filename, const void* bytes, std::size_t size);
 
   // Removes the entries of `directory` whose names the regular expression matches
   // anywhere; how many. 0 for an expression that does not compile, and, with a

@@ -6,6 +6,7 @@
 
 #include "KeyFile/KdStopAccessor.h"
 #include "KeyFile/KfKeyFileManager.h"
+#include "Token.h"
 #include "Token/CharacterClass.h"
 #include "Token/TkSourceReader.h"
 #include "Tool/SysTools.h"
@@ -14,7 +15,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr char kDefaultTable[] = "/Vandrelle/table/stop";
 constexpr char kNoReplacement[] = "*";
 constexpr int kBuckets = 8192;
 constexpr int kChunkSize = 128;
@@ -22,7 +22,7 @@ constexpr int kChunkSize = 128;
 }  // namespace
 
 TkStopTable::TkStopTable(const char* tableName) : table_(kBuckets) {
-  if (tableName == nullptr) tableName = kDefaultTable;
+  if (tableName == nullptr) tableName = kTkDefaultStopTable;
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     if (!readStopFileIntoTable(tableName)) THROW(IO, tableName << " is no stop table");

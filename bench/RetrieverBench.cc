@@ -1,6 +1,9 @@
 // Queries by each of the three scoring loops, on a generated index of 10,000 documents:
 // the documents of word n have the share 1 / n of the collection. Its files lie under
 // the directory for temporary files.
+//
+// To compare, by time:
+//   build/release/bin/RetrieverBench --benchmark_filter=BM_Merge
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>

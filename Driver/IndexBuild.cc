@@ -27,8 +27,6 @@ namespace {
 constexpr int kSuffixLength = 20;
 constexpr float kProgressStep = 0.1f;
 constexpr std::size_t kPreflightBytes = 2000000;
-constexpr const char* kDefaultStemTable = "/Vandrelle/table/stem.tbl";
-constexpr const char* kDefaultStopKeys = "/Vandrelle/table/stop.key";
 
 // Logs a line as log entry, then as progress.
 void logBoth(const std::string& text) {
@@ -79,12 +77,13 @@ void IndexBuild::makeRealStemmer(const char* stem, const char* stop) {
   // Tables that the user names must be there, and so must the installed one where
   // only the other is named. Where none is named and none is installed, the words can
   // be indexed all the same.
-  const bool installed =
-      SysTools::fileExists(kDefaultStemTable) && SysTools::fileExists(kDefaultStopKeys);
+  const bool installed = SysTools::fileExists(kTkDefaultStemTable) &&
+                         SysTools::fileExists((std::string(kTkDefaultStopTable) + ".key").c_str());
   if (stem == nullptr && stop == nullptr && !installed) {
     LOG(0, 0,
-        "No stem and stop tables are installed in /Vandrelle/table and none are named with -stem "
-        "and -stop: the unstemming table is left out");
+        "No stem and stop tables are installed in "
+            << kTkTableFolder
+            << " and none are named with -stem and -stop: the unstemming table is left out");
     return;
   }
   std::unique_ptr<TkStemmerImpl> made(TkManager::NewStemmer(stem, stop));

@@ -2,7 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -20,9 +19,11 @@
 #include "Exception.h"
 #include "Fun/Fd.h"
 #include "Index/IkDeleterVector.h"
+#include "Index/IkFamily.h"
 #include "Index/IkIndex.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkMergeDeleter.h"
+#include "Index/IkMergeIndex.h"
 #include "Index/IkTransposeMerger.h"
 #include "Token/TkStemmer.h"
 
@@ -42,16 +43,6 @@ constexpr const char* kNeeded[] = {kHeader, ".key", ".ptr",  ".dat",  ".idx",
                                    ".lst",  ".lpt", ".fidx", ".fdat", ".fnam"};
 // Words and documents that were added later stand beside the index proper.
 constexpr const char* kExtensions[] = {".xw", ".xd", ".xo", ".xt", ".xidx.xw"};
-
-// All that an index may have under its root, the header apart.
-constexpr const char* kFamily[] = {
-    ".key",     ".ptr",     ".dat",     ".idf",      ".sum",         ".norm",    ".norm.raw",
-    ".trp",     ".prx",     ".prx.map", ".unstem",   ".idx",         "_one.idx", "_mlt.idx",
-    ".lst",     ".lpt",     ".dir",     ".fidx",     ".fdat",        ".fnam",    ".fld.ptr",
-    ".fld.lst", ".fld.nam", ".fld.val", ".ver",      ".size",        ".log",     ".prog",
-    ".sum.map", ".sum.idx", ".xk",      ".xw",       ".xd",          ".xo",      ".xt",
-    ".spc",     ".wrd",     ".qa.map",  ".qa.cache", ".latest.info", ".xidx.xw", ".xidx.xo",
-    ".xidx.xd", ".xidx.xt"};
 
 using FileId = std::pair<dev_t, ino_t>;
 
@@ -170,12 +161,12 @@ void IndexMerger::checkTarget() const {
   FileId id;
   for (const std::string& source : sources_) {
     if (idOf(source + kHeader, &id)) read.insert(id);
-    for (const char* suffix : kFamily) {
+    for (const char* suffix : kIkFamily) {
       if (idOf(source + suffix, &id)) read.insert(id);
     }
   }
   std::vector<std::string> replaced = {root_ + kHeader};
-  for (const char* suffix : kFamily) replaced.push_back(root_ + suffix);
+  for (const char* suffix : kIkFamily) replaced.push_back(root_ + suffix);
   for (const fs::path& path : workFiles(workRoot_)) replaced.push_back(path.string());
   for (const std::string& path : replaced) {
     if (idOf(path, &id) && read.count(id) != 0) {
@@ -274,17 +265,11 @@ void IndexMerger::mergeWords() {
   index->mergeAdditive(roots.get(), 1, deleters.data());
 }
 
-std::string IndexMerger::newWordNumbersFile(std::size_t source) const {
-  char suffix[20];
-  std::snprintf(suffix, sizeof suffix, ".tmp.%.4x", static_cast<unsigned>(source));
-  return workRoot_ + suffix;
-}
-
 void IndexMerger::mergeDigests() {
   IkTransposeMerger digests(workRoot_.c_str());
   int first = 0;
   for (std::size_t i = 0; i < sources_.size(); ++i) {
-    const std::string numbers = newWordNumbersFile(i);
+    const std::string numbers = IkMergeIndex::newWordNumbersFile(workRoot_, static_cast<int>(i));
     digests.addIndex(sources_[i].c_str(), numbers.c_str(), first);
     removeOrThrow(numbers);
     first += counts_[i];
@@ -318,10 +303,10 @@ void IndexMerger::moveIntoPlace() {
   const std::string former = workRoot_ + kFormer;
   Renaming rename;
   if (isThere(root_ + kHeader)) rename(root_ + kHeader, former + kHeader);
-  for (const char* suffix : kFamily) {
+  for (const char* suffix : kIkFamily) {
     if (isThere(root_ + suffix)) rename(root_ + suffix, former + suffix);
   }
-  for (const char* suffix : kFamily) {
+  for (const char* suffix : kIkFamily) {
     if (isThere(workRoot_ + suffix)) rename(workRoot_ + suffix, root_ + suffix);
   }
   rename(workRoot_ + kHeader, root_ + kHeader);

@@ -52,7 +52,6 @@ class IndexMerger {
   void mergeWords();
   void mergeDigests();
   void mergeDeletions();
-  std::string newWordNumbersFile(std::size_t source) const;
 
   std::string root_;
   std::string workRoot_;

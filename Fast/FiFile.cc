@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <utility>
 
 #include "Exception.h"
 
@@ -40,15 +41,15 @@ void FiFileSegment::attach(const FiFileSegment& other) {
 
 void FiFileSegment::release() {
   if (fte_ == nullptr) return;
-  FiFileTableEntry* entry = fte_;
+  if (--fte_->refcount_ > 0) {
+    if (fte_->writercount_ > 0) --fte_->writercount_;
+  } else {
+    // A write that throws leaves the bytes here, and isn't tried again.
+    if (std::exchange(fte_->writercount_, 0) > 0) fte_->mgr_->writeSegment(*fte_);
+    delete fte_;
+  }
   fte_ = nullptr;
   data_ = nullptr;
-  if (--entry->refcount_ > 0) {
-    if (entry->writercount_ > 0) --entry->writercount_;
-    return;
-  }
-  if (entry->writercount_ > 0) entry->mgr_->writeSegment(*entry);
-  delete entry;
 }
 
 FiFile::~FiFile() {
@@ -65,7 +66,7 @@ void FiFile::bindRaw(const char* name, int writeable) {
 }
 
 void FiFile::bindMap(const char* name) {
-  map_ = std::make_unique<SysToolsMapObject>(name, 0, 0);
+  map_ = std::make_unique<SysToolsMapObject>(name);
   size_ = map_->len();
 }
 

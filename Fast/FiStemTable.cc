@@ -39,7 +39,7 @@ const WmWord& asWord(const unsigned char* bytes) { return *reinterpret_cast<cons
 
 }  // namespace
 
-FiStemTable::~FiStemTable() = default;
+FiStemTable::~FiStemTable() { flush(); }
 
 uint32 FiStemTable::hash(const WmWord& word) {
   uint32 h = 0;
@@ -158,7 +158,10 @@ void FiStemTable::insert(const WmWord& word, const WmWord& unstemmed, int startb
   storeLittleU32(bytes, used + static_cast<uint32>(size));
 }
 
-void FiStemTable::flush() { blocks_.clear(); }
+void FiStemTable::flush() {
+  for (FiFileSegment& block : blocks_) block = FiFileSegment();
+  blocks_.clear();
+}
 
 template <typename Take>
 void FiStemTable::eachBlock(int first, Take take) {

@@ -18,7 +18,6 @@ namespace vandrelle {
 namespace {
 
 constexpr int kPermissions = 0644;
-constexpr int kReadOnly = 2;
 
 const char* const kFailures[] = {"Could not open table ", "Could not create table ",
                                  "Could not bind to table "};
@@ -81,11 +80,11 @@ FdBag* tableOf(DB* database, const char* name, int mode) {
 
 int FdDBMManager::openMode(int mode) {
   switch (mode) {
-    case 0:
+    case kOpenOrCreate:
       return O_RDWR | O_CREAT;
-    case 1:
+    case kCreateAnew:
       return O_RDWR | O_CREAT | O_TRUNC;
-    case kReadOnly:
+    case kOpenReadOnly:
       return O_RDONLY;
     default:
       THROW(DBM, "Invalid table mode " << mode);
@@ -122,7 +121,7 @@ FdBag* FdDBMManager::Hash(const char* name, int mode, int bucksize, int cachsize
 }
 
 FdBag* FdDBMManager::Bind(const char* name) {
-  const int flags = openMode(kReadOnly);
+  const int flags = openMode(kOpenReadOnly);
   DB* database = opened(name, flags, DB_HASH, nullptr);
   if (database == nullptr) database = opened(name, flags, DB_BTREE, nullptr);
   if (database == nullptr) {

@@ -13,6 +13,7 @@
 #include "Index/IkDocumentInfo.h"
 #include "Index/IkException.h"
 #include "Index/IkIdfCreator.h"
+#include "Index/IkLocalWordTable.h"
 #include "Index/IkMerger.h"
 #include "Index/IkProxCreator.h"
 #include "KeyFile/KfKeyFileManager.h"
@@ -28,20 +29,13 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kKeyFileChunkSize = 512;
-constexpr int kKeyFileType = 14;
-constexpr int kKeyFileDataSize = 5;
 constexpr uint32 kPosMapInterval = 128;
 
 // Writes a whole small file beside the index. Throws _Exception_IkIO.
 void writeFile(const std::string& filename, const std::vector<unsigned char>& bytes) {
-  std::FILE* file = std::fopen(filename.c_str(), "wb");
-  bool written = file != nullptr;
-  if (written && !bytes.empty()) {
-    written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  if (!SysTools::writeFile(filename.c_str(), bytes.data(), bytes.size())) {
+    THROW(IkIO, "Couldn't write '" << filename << "'");
   }
-  if (file != nullptr && std::fclose(file) != 0) written = false;
-  if (!written) THROW(IkIO, "Couldn't write '" << filename << "'");
 }
 
 std::vector<unsigned char> bigEndian(const std::vector<float>& values) {
@@ -72,7 +66,7 @@ void eachPair(const IkMerger& merger, const int* row, int rowSize, Take take) {
 
 }  // namespace
 
-IkCreatorImpl::IkCreatorImpl(const char* rootname) : name_(rootname, 20) {
+IkCreatorImpl::IkCreatorImpl(const char* rootname) : name_(rootname) {
   info_.numTerms = 0;
   info_.totalNumChunks = 0;
   info_.numDigestWords = 32;
@@ -156,10 +150,12 @@ void IkCreatorImpl::displayProgress(float fraction, float* progress) const {
   char line[32];
   std::snprintf(line, sizeof line, "  %3.1f%%", static_cast<double>(*progress * 100));
   LOG(1, 1, line);
+  float next;
   do {
     *progress += progress_freq_;
+    next = *progress + progress_freq_;
     // A step too small to count would never end.
-  } while (*progress + progress_freq_<fraction&& * progress + progress_freq_> * progress);
+  } while (next < fraction && next > *progress);
 }
 
 // What compileIndex() has open, and what it adds up.
@@ -185,8 +181,8 @@ void IkCreatorImpl::compileIndex(NameManager* name, IkMerger* merger) {
   const std::size_t chunks = static_cast<std::size_t>(info_.totalNumChunks);
   Compilation files;
   files.data.create(name->suffix(".dat"), info_.bufferSize);
-  files.keys.reset(KfKeyFileManager::KdCreate(name->suffix(nullptr), kKeyFileChunkSize,
-                                              kKeyFileType, kKeyFileDataSize));
+  files.keys.reset(KfKeyFileManager::KdCreate(name->suffix(nullptr), IkLocalWordTable::kChunkSize,
+                                              kKdMappedPointers, IkLocalWordTable::kDataSize));
   if (!files.keys) THROW(Ik, "Couldn't create keyfile (NULL)");
   if (recordProximity_) {
     files.positions = new IkProxCreator(name->suffix(".prx"));
@@ -234,11 +230,9 @@ void IkCreatorImpl::compileWord(IkMerger* merger, Compilation* files) {
   files->idfs->add(idf);
   calculateWeights(*merger, row, idf, files);
 
-  const StStoragePos offset = files->data.offset();
-  unsigned char place[kKeyFileDataSize];
-  storeU32(place, offset.Lo());
-  place[4] = static_cast<unsigned char>(offset.Hi());
-  files->keys->Add_Entry(merger->word(), place, kKeyFileDataSize);
+  unsigned char place[IkLocalWordTable::kDataSize];
+  IkLocalWordTable::storePos(place, files->data.offset());
+  files->keys->Add_Entry(merger->word(), place, sizeof place);
   if (files->positionMap) {
     files->positionsEnd = files->positions->tell();
     files->positionMap->add(files->positionsEnd);

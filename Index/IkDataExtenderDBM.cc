@@ -16,8 +16,6 @@ namespace vandrelle {
 namespace {
 
 constexpr std::size_t kScaleBytes = 4;
-constexpr int kOpenOrCreate = 0;
-constexpr int kOpenReadOnly = 2;
 // A pair takes at most 8 bytes, and 10 must be free behind the last.
 constexpr std::size_t kPairRoom = 8;
 constexpr std::size_t kRowRoom = 10;
@@ -51,8 +49,8 @@ void insert(FdBag* bag, const std::string& key, const std::string& data) {
 }  // namespace
 
 IkDataExtenderDBM::IkDataExtenderDBM(const char* rootname, int mode) : mode_(mode) {
-  const NameManager name(rootname, 20);
-  const int open = mode == 0 ? kOpenReadOnly : kOpenOrCreate;
+  const NameManager name(rootname);
+  const int open = mode == 0 ? FdDBMManager::kOpenReadOnly : FdDBMManager::kOpenOrCreate;
   wordbag_.reset(FdDBMManager::Hash(name.suffix(".xw"), open));
   databag_.reset(FdDBMManager::Hash(name.suffix(".xd"), open));
   std::string count;

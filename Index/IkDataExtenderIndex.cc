@@ -31,9 +31,6 @@ namespace {
 
 constexpr char kContinued = '\1';  // first letter of a continued row's name
 constexpr int kOffsetDigits = 8;
-constexpr int kKeyFileChunkSize = 512;
-constexpr int kKeyFileType = 9;
-constexpr int kKeyFileDataSize = 5;
 // Digests that are built in memory at once, and how many where all are more.
 constexpr long long kDigestEntries = 0x500000;
 constexpr int kDigestRange = 50000;
@@ -71,12 +68,6 @@ int newWordNumber(int offset) {
   return bits & IkDataExtender::kNewWord ? static_cast<int>(bits & ~IkDataExtender::kNewWord) : -1;
 }
 
-std::string tempfileSuffix(int number) {
-  char suffix[20];
-  std::snprintf(suffix, sizeof suffix, ".tmp%03d", number);
-  return suffix;
-}
-
 }  // namespace
 
 // The rows there are, as a source of the merger. A change whose last files could not
@@ -112,11 +103,11 @@ class IkDataExtenderIndex::FrozenRows : public IkMergeObject {
 };
 
 bool IkDataExtenderIndex::exists(const char* rootname) {
-  return SysTools::fileExists(NameManager(rootname, 20).suffix(".xidx.xw"));
+  return SysTools::fileExists(NameManager(rootname).suffix(".xidx.xw"));
 }
 
 IkDataExtenderIndex::IkDataExtenderIndex(const char* rootname, int mode)
-    : name_((std::string(rootname) + ".xidx").c_str(), 20), main_(rootname, 20), mode_(mode) {
+    : name_((std::string(rootname) + ".xidx").c_str()), main_(rootname), mode_(mode) {
   if (exists(rootname)) bindFiles(".xw", ".xo", ".xd");
 }
 
@@ -124,7 +115,7 @@ IkDataExtenderIndex::~IkDataExtenderIndex() {
   if (mode_ == 0) return;
   if (indexer_) {
     indexer_->discard();
-    removeTempfiles(0);
+    removeTempfiles();
   }
   if (completed_) {
     for (const Member& member : kMembers) SysTools::removeFile(name_.suffix(member.shadow));
@@ -137,7 +128,7 @@ void IkDataExtenderIndex::bindFiles(const char* words, const char* offsets, cons
   const int keyfile = ::open(name_.suffix(words), O_RDONLY | O_CLOEXEC);
   if (keyfile < 0) damaged();
   keyfile_ = std::make_unique<KdFileALAccessorCon>(&pointers, keyfile);
-  if (keyfile_->Data_Size() != kKeyFileDataSize) damaged();
+  if (keyfile_->Data_Size() != IkLocalWordTable::kDataSize) damaged();
   xwordtable_ = std::make_unique<IkLocalWordTable>(keyfile_.get(), nullptr);
   countContinuedRows();
   xdatafile_ = std::make_unique<IkDataFileBinder>();
@@ -202,7 +193,7 @@ int IkDataExtenderIndex::lookupWord(int word_num, WmWord* word) {
 void IkDataExtenderIndex::addData(int offset, int doc_num, int doc_freq) {
   requireOpen();
   if (indexer_ == nullptr) {
-    removeTempfiles(0);
+    removeTempfiles();
     indexer_ = std::make_unique<IkIndexer>(name_.suffix(nullptr));
     indexer_->recordProximity(0);
   }
@@ -216,11 +207,10 @@ void IkDataExtenderIndex::addData(int offset, int doc_num, int doc_freq) {
   for (int i = 0; i < doc_freq; ++i) indexer_->addTerm(term.word(), doc_num, 0);
 }
 
-// Removes the temporary files from `first` on, and answers how many there were.
-int IkDataExtenderIndex::removeTempfiles(int first) {
-  int number = first;
-  while (SysTools::removeFile(name_.suffix(tempfileSuffix(number).c_str()))) ++number;
-  return number - first;
+void IkDataExtenderIndex::removeTempfiles() {
+  const std::string root = name_.suffix(nullptr);
+  int number = 0;
+  while (SysTools::removeFile(IkIndexer::tempfileName(root, number).c_str())) ++number;
 }
 
 void IkDataExtenderIndex::done() {
@@ -236,8 +226,8 @@ void IkDataExtenderIndex::done() {
     int source = 0;
     if (keyfile_) merger.mergeObject(source++, new FrozenRows(this, info.totalNumChunks));
     for (int i = 0; i < numFiles; ++i) {
-      merger.mergeObject(source++,
-                         new IkMergeTempfile(name_.suffix(tempfileSuffix(i).c_str()), nullptr));
+      const std::string file = IkIndexer::tempfileName(name_.suffix(nullptr), i);
+      merger.mergeObject(source++, new IkMergeTempfile(file.c_str(), nullptr));
     }
     std::vector<int> row(static_cast<std::size_t>(numDocs_));
     merger.row(row.data());
@@ -247,24 +237,23 @@ void IkDataExtenderIndex::done() {
   }
   newWords_.clear();
   indexer_.reset();
-  removeTempfiles(0);
+  removeTempfiles();
   bindFiles(kMembers[0].shadow, kMembers[1].shadow, kMembers[2].shadow);
 }
 
 void IkDataExtenderIndex::mergeRows(IkMerger* merger, const std::vector<int>& row, int bufferSize) {
   IkDataFileCreator rows;
   rows.create(name_.suffix(kMembers[2].shadow), bufferSize);
-  const std::unique_ptr<KdFileCreator> names(KfKeyFileManager::KdCreate(
-      name_.suffix(".new"), kKeyFileChunkSize, kKeyFileType, kKeyFileDataSize));
+  const std::unique_ptr<KdFileCreator> names(
+      KfKeyFileManager::KdCreate(name_.suffix(".new"), IkLocalWordTable::kChunkSize, kKdConstant,
+                                 IkLocalWordTable::kDataSize));
   for (merger->reset(); merger->more(); merger->next()) {
     const int pairs = merger->sparseSize();
     const auto isThere = [](int freq) { return freq != 0; };
     if (pairs == 0 || (pairs < 0 && std::none_of(row.begin(), row.end(), isThere))) continue;
-    const StStoragePos position = rows.offset();
-    unsigned char place[kKeyFileDataSize];
-    storeU32(place, position.Lo());
-    place[4] = static_cast<unsigned char>(position.Hi());
-    names->Add_Entry(merger->word(), place, kKeyFileDataSize);
+    unsigned char place[IkLocalWordTable::kDataSize];
+    IkLocalWordTable::storePos(place, rows.offset());
+    names->Add_Entry(merger->word(), place, sizeof place);
     if (pairs >= 0) {
       rows.writeRow(reinterpret_cast<const IkDocumentInfo*>(row.data()), pairs, 0.0f);
     } else {

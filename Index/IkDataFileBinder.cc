@@ -20,7 +20,7 @@ constexpr std::uint64_t kReadSize = 8192;
 IkDataFileBinder::~IkDataFileBinder() = default;
 
 void IkDataFileBinder::bind(const char* rootname, int mode, int mmap) {
-  const NameManager name(rootname, 20);
+  const NameManager name(rootname);
   bindFile(name.suffix(".dat"), mode, mmap);
   initExtenderDeleter(rootname);
 }

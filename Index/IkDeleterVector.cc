@@ -16,8 +16,6 @@ namespace {
 constexpr int kHeaderSize = 8;
 constexpr const char* kVector = ".xk";
 constexpr const char* kShadow = ".xk.tmp";
-constexpr int kMapReadOnly = 0;
-constexpr int kMapShared = 2;
 
 std::int64_t sizeFor(std::int64_t documents) { return kHeaderSize + (documents + 7) / 8; }
 
@@ -41,9 +39,9 @@ IkDeleterVector* IkDeleterVector::Create(const char* rootname, int totalNumDocs,
 
 IkDeleterVector* IkDeleterVector::Bind(const char* rootname, int totalNumDocs, int readOnly) {
   std::unique_ptr<IkDeleterVector> old;
-  if (SysTools::fileExists(NameManager(rootname, 20).suffix(kVector))) {
+  if (SysTools::fileExists(NameManager(rootname).suffix(kVector))) {
     old.reset(new IkDeleterVector(rootname));
-    old->map(kVector, kMapReadOnly);
+    old->map(kVector, SysTools::kMapReadOnly);
   }
   if (readOnly) return old.release();
   std::unique_ptr<IkDeleterVector> vector(Create(rootname, totalNumDocs, 0));
@@ -88,7 +86,7 @@ void IkDeleterVector::resizeShadow(int totalNumDocs) {
   if (!resizeFile(name_.suffix(kShadow), sizeFor(totalNumDocs))) {
     THROW(IkIO, "Couldn't write '" << name_.suffix(kShadow) << "': " << SysTools::strerror());
   }
-  map(kShadow, kMapShared);
+  map(kShadow, SysTools::kMapShared);
   storeS32(vector_, totalNumDocs);
   totalNumDocs_ = totalNumDocs;
   numDeleted_ = numDeleted;
@@ -133,7 +131,7 @@ void IkDeleterVector::freeze() {
   }
   readOnly_ = 1;
   map_.release();
-  map(kVector, kMapReadOnly);
+  map(kVector, SysTools::kMapReadOnly);
 }
 
 }  // namespace vandrelle

@@ -11,7 +11,7 @@ IkIdfBinder::IkIdfBinder(const IkIndexInfo* info, const char* name) {
   // The file of an index without words is empty, and nothing empty is mapped.
   struct stat status;
   if (::stat(name, &status) != 0 || status.st_size != 0) {
-    map_.bind(name, 0, 0);
+    map_.bind(name);
     values_ = static_cast<const unsigned char*>(map_.addr());
     size_ = static_cast<unsigned>(map_.len());
   }

@@ -10,6 +10,7 @@
 #include "Fun/FdStream.h"
 #include "Index/IkException.h"
 #include "Index/IkExtender.h"
+#include "Index/IkFamily.h"
 #include "Index/IkIndexer.h"
 #include "Index/IkLocalIndexBinder.h"
 #include "Index/IkReintegrator.h"
@@ -20,7 +21,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMaxSuffix = 20;
 // What the digests of a corpus may take in memory, and the fixed number of cache
 // lines beyond it.
 constexpr std::int64_t kTransposeBytes = 0x500000;
@@ -38,7 +38,7 @@ IkIndexBinder* IkIndex::bind(const char* rootname) {
   return new IkLocalIndexBinder(rootname, nullptr);
 }
 
-IkIndexImpl::IkIndexImpl() : name_(kMaxSuffix) {
+IkIndexImpl::IkIndexImpl() {
   info_.numTerms = 0;
   info_.totalNumChunks = 0;
   info_.numDigestWords = 32;
@@ -178,10 +178,7 @@ void IkIndexImpl::cleanup() { THROW(Ik, "IkIndexImpl::cleanup() is not yet imple
 // A change that was begun is one of the former index.
 void IkIndexImpl::deleteIncrementalFiles() {
   extender_.reset();
-  for (const char* suffix :
-       {".xw", ".xd", ".xo", ".xt", ".xidx.xw", ".xidx.xd", ".xidx.xo", ".xidx.xt", ".xk"}) {
-    deleteFile(name_.suffix(suffix));
-  }
+  for (const char* suffix : kIkChangeSuffixes) deleteFile(name_.suffix(suffix));
 }
 
 void IkIndexImpl::deleteFile(const char* filename) {

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "Index/IkException.h"
+#include "Tool/SysTools.h"
 
 namespace vandrelle {
 
@@ -47,13 +48,9 @@ void IkIndexInfo::write(const char* filename) const {
   storeS32(bytes + 28, similarityVersion);
   storeS32(bytes + 32, numDeletedChunks);
 
-  bool written = false;
-  std::FILE* file = std::fopen(filename, "wb");
-  if (file != nullptr) {
-    written = std::fwrite(bytes, 1, kSize, file) == kSize;
-    written = std::fclose(file) == 0 && written;
+  if (!SysTools::writeFile(filename, bytes, kSize)) {
+    THROW(IkIO, "Couldn't write index information to '" << filename << "'");
   }
-  if (!written) THROW(IkIO, "Couldn't write index information to '" << filename << "'");
 }
 
 }  // namespace vandrelle

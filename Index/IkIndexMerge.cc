@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -11,6 +10,7 @@
 #include "Index/IkException.h"
 #include "Index/IkIndexImpl.h"
 #include "Index/IkLocalIndexBinder.h"
+#include "Index/IkMergeIndex.h"
 #include "Index/IkTranspose.h"
 #include "Index/IkTransposeLoader.h"
 #include "Tool/SysTools.h"
@@ -20,13 +20,6 @@ namespace vandrelle {
 namespace {
 
 constexpr int kTargetCache = 8;  // digests of the target kept in memory
-
-// The file in which a merge notes the new word numbers of source `i`.
-std::string newWordNumbersFile(const NameManager& name, int i) {
-  char suffix[20];
-  std::snprintf(suffix, sizeof suffix, ".tmp.%.4x", static_cast<unsigned>(i));
-  return name.suffix(suffix);
-}
 
 // Copies the digests of one source to documents `first` and on of the target.
 class DigestCopier {
@@ -39,7 +32,7 @@ class DigestCopier {
   // Answers the number of documents of the source.
   int copy(const char* root, const std::string& numbersFile, int first) {
     IkLocalIndexBinder source(root, nullptr);
-    numbers_.bind(numbersFile.c_str(), 0, 0);
+    numbers_.bind(numbersFile.c_str());
     const int documents = source.info()->totalNumChunks;
     if (documents < 0 ||
         first + std::int64_t{documents} > std::min(target_->numDocs(), numNorms_)) {
@@ -89,7 +82,7 @@ void IkIndexImpl::mergeImpl(FdBag* roots, bool additive, bool mergeTrp, IkMergeD
   const std::unique_ptr<FdStream> names(roots->iterator());
   int i = 0;
   for (names->reset(); names->more(); names->next(), ++i) {
-    const std::string side = newWordNumbersFile(name_, i);
+    const std::string side = IkMergeIndex::newWordNumbersFile(name_.suffix(nullptr), i);
     merger.addIndex(static_cast<const char*>(names->key()), mergeTrp ? side.c_str() : nullptr,
                     deleters != nullptr ? deleters[i] : nullptr);
   }
@@ -105,7 +98,7 @@ void IkIndexImpl::mergeTranspose(FdBag* roots) {
     THROW(Ik, "The file '" << name_.suffix(".info") << "' holds a count out of range");
   }
   const std::string filename = name_.suffix(".trp");
-  const SysToolsMapObject norms(name_.suffix(".norm"), 0, 0);
+  const SysToolsMapObject norms(name_.suffix(".norm"));
   if (norms.len() < info.totalNumChunks) {
     THROW(Ik, "The file '" << name_.suffix(".norm") << "' is too short");
   }
@@ -121,7 +114,7 @@ void IkIndexImpl::mergeTranspose(FdBag* roots) {
   int first = 0;
   for (names->reset(); names->more(); names->next(), ++i) {
     const auto* root = static_cast<const char*>(names->key());
-    const std::string side = newWordNumbersFile(name_, i);
+    const std::string side = IkMergeIndex::newWordNumbersFile(name_.suffix(nullptr), i);
     first += copier.copy(root, side, first);
     SysTools::removeFile(side.c_str());
   }

@@ -105,10 +105,10 @@ void IkIndexer::addPosition(const IkIndexerTableEntry& entry, int pos) {
   positions.push_back(pos);
 }
 
-std::string IkIndexer::tempfileName(const char* base, int number) const {
-  char suffix[32];
-  std::snprintf(suffix, sizeof suffix, ".%s%03d", base, number);
-  return name_.suffix(suffix);
+std::string IkIndexer::tempfileName(const std::string& root, int number) {
+  char suffix[20];
+  std::snprintf(suffix, sizeof suffix, ".tmp%03d", number);
+  return root + suffix;
 }
 
 void IkIndexer::flushTempfiles() {
@@ -128,10 +128,11 @@ void IkIndexer::resetTables() {
 }
 
 void IkIndexer::flushToFile() {
-  IkTempfile file(tempfileName("tmp", filenum_).c_str());
+  const std::string name = tempfileName(name_.suffix(nullptr), filenum_);
+  IkTempfile file(name.c_str());
   std::unique_ptr<IkProxCreator> prox;
   if (recordProximity_) {
-    prox = std::make_unique<IkProxCreator>(tempfileName("prx", filenum_).c_str());
+    prox = std::make_unique<IkProxCreator>(IkProxfileName(name.c_str()).c_str());
   }
   ++filenum_;
   for (IkIndexerTableEntry* entry : wordTable_.sorted()) {
@@ -176,7 +177,9 @@ void IkIndexer::makeIndexOfRun() {
   flushTempfiles();
   if (filenum_ == startfilenum_) return;
   std::vector<std::string> names;
-  for (int i = startfilenum_; i < filenum_; ++i) names.push_back(tempfileName("tmp", i));
+  for (int i = startfilenum_; i < filenum_; ++i) {
+    names.push_back(tempfileName(name_.suffix(nullptr), i));
+  }
   compile(names);
 }
 

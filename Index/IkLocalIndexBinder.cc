@@ -25,9 +25,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMaxSuffix = 20;
-constexpr int kReadKeyFile = 14;
-constexpr int kMapKeyFile = 16;
 // Digests of the older layout that are kept in memory.
 constexpr int kOldTransposeCache = 128;
 // Larger files of digests are of the newer layout, and aren't checked.
@@ -36,7 +33,7 @@ constexpr std::uint64_t kMaxCheckedTranspose = 0x7FFF0000;
 // Maps a file that must have at least `bytes` bytes; nothing if those are 0.
 void mapArray(SysToolsMapObject* map, const char* filename, std::int64_t bytes) {
   if (bytes <= 0) return;
-  map->bind(filename, 0, 0);
+  map->bind(filename);
   if (map->len() < bytes) {
     THROW(Ik, "'" << filename << "' is shorter than the index has documents");
   }
@@ -60,7 +57,7 @@ DEFINE_DESCRIPTOR(IkIndexBinder);
 DEFINE_DESCRIPTOR(IkLocalIndexBinder);
 
 IkLocalIndexBinder::IkLocalIndexBinder(const char* rootname, DcDocumentManager* doc)
-    : name_(rootname, kMaxSuffix), docmgr_(doc) {}
+    : name_(rootname), docmgr_(doc) {}
 
 IkLocalIndexBinder::~IkLocalIndexBinder() = default;
 
@@ -91,7 +88,7 @@ IkDataFileBinder* IkLocalIndexBinder::indexData(int writable, int mmapped) {
 KdFileAccessor* IkLocalIndexBinder::keyfile(int mapped) {
   if (keyfile_ == nullptr) {
     keyfile_.reset(
-        KfKeyFileManager::KdBind(name_.suffix(nullptr), mapped ? kMapKeyFile : kReadKeyFile));
+        KfKeyFileManager::KdBind(name_.suffix(nullptr), mapped ? kKdMapped : kKdMappedPointers));
   }
   return keyfile_.get();
 }
@@ -120,8 +117,7 @@ const float* IkLocalIndexBinder::sumfile() {
     auto sums = std::make_unique<std::vector<float>>();
     if (map.addr() != nullptr) {
       sums->resize(static_cast<std::size_t>(map.len()) / 4);
-      const auto* bytes = static_cast<const unsigned char*>(map.addr());
-      for (std::size_t i = 0; i < sums->size(); ++i) (*sums)[i] = loadFloat(bytes + 4 * i);
+      loadFloats(map.addr(), sums->size(), sums->data());
     }
     sumfile_ = std::move(sums);
   }

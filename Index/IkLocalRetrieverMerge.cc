@@ -15,7 +15,7 @@ constexpr uint32 kNoDoc = 0xFFFFFFFFu;
 constexpr int kMaxListSize = 10;
 constexpr int kCachedFrequencies = 4;
 // Scores don't tell higher sums of frequencies apart.
-constexpr int kMaxFrequency = 1 << 20;
+constexpr int kMaxSummedFrequency = 1 << 20;
 // More bits aren't worth a map from slots to rows.
 constexpr long long kMaxMapBits = 1 << 20;
 
@@ -145,7 +145,7 @@ void IkLocalRetriever::calculateVirtualTerms(int doc) {
     for (const int* row = info.components.get(); *row >= 0; ++row) {
       const auto place = static_cast<std::size_t>(*row);
       if (rowDocs_[place] != static_cast<uint32>(doc)) continue;
-      info.freq = std::min(info.freq + query_.unpackTable[place].docFreq(), kMaxFrequency);
+      info.freq = std::min(info.freq + query_.unpackTable[place].docFreq(), kMaxSummedFrequency);
     }
   }
 }

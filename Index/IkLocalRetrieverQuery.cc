@@ -19,7 +19,7 @@ namespace {
 constexpr int kRareDocuments = 200;
 constexpr std::size_t kCondensedRows = 10;
 // Scores take frequencies as 16 bits.
-constexpr int kMaxFrequency = 0xFFFF;
+constexpr int kMaxScoredFrequency = 0xFFFF;
 
 }  // namespace
 
@@ -157,7 +157,7 @@ IkUnpacker IkLocalRetriever::makeCondensedUnpacker(const std::vector<int>& terms
   std::size_t count = 0;
   for (const IkRetrieverDocfreq& pair : pairs) {
     if (count > 0 && pairs[count - 1].doc == pair.doc) {
-      pairs[count - 1].freq = std::min(pairs[count - 1].freq + pair.freq, kMaxFrequency);
+      pairs[count - 1].freq = std::min(pairs[count - 1].freq + pair.freq, kMaxScoredFrequency);
     } else {
       pairs[count++] = pair;
     }

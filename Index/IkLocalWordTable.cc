@@ -41,9 +41,14 @@ const WmWord* IkLocalWordTable::word(int num) {
 }
 
 StStoragePos IkLocalWordTable::pos(const void* data, int32 size) {
-  if (size != 4 && size != 5) THROW(Ik, "The position of a row has " << size << " bytes");
-  const uint32 high = size == 5 ? static_cast<const unsigned char*>(data)[4] : 0u;
+  if (size != 4 && size != kDataSize) THROW(Ik, "The position of a row has " << size << " bytes");
+  const uint32 high = size == kDataSize ? static_cast<const unsigned char*>(data)[4] : 0u;
   return StStoragePos(high, loadU32(data));
+}
+
+void IkLocalWordTable::storePos(unsigned char* data, const StStoragePos& position) {
+  storeU32(data, position.Lo());
+  data[4] = static_cast<unsigned char>(position.Hi());
 }
 
 }  // namespace vandrelle

@@ -10,9 +10,15 @@
 
 namespace vandrelle {
 
+std::string IkMergeIndex::newWordNumbersFile(const std::string& root, int source) {
+  char suffix[20];
+  std::snprintf(suffix, sizeof suffix, ".tmp.%.4x", static_cast<unsigned>(source));
+  return root + suffix;
+}
+
 IkMergeIndex::IkMergeIndex(const char* rootname, const char* newWordNumbersFile,
                            int recordProximity) {
-  NameManager name(rootname, 20);
+  NameManager name(rootname);
   keyfile_.reset(KfKeyFileManager::KdBind(name.suffix(nullptr)));
   maxWords_ = keyfile_->Num_Entries();
   matrixData_ = std::make_unique<IkDataFileBinder>();

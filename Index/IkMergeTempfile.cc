@@ -16,7 +16,7 @@ constexpr std::uint32_t kMinRecordBytes = 4;
 }  // namespace
 
 IkMergeTempfile::IkMergeTempfile(const char* filename, const char* proxName) : name_(filename) {
-  map_.bind(filename, 0, 0);
+  map_.bind(filename);
   if (proxName != nullptr) proxBinder_ = new IkProxBinder(proxName);
   reset();
 }

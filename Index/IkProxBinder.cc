@@ -10,7 +10,7 @@ constexpr int kBufferSize = 8192;
 
 }  // namespace
 
-IkProxBinder::IkProxBinder(const char* file) : name_(file, 20) {
+IkProxBinder::IkProxBinder(const char* file) : name_(file) {
   storage_ = std::make_unique<StFileStorage>(file, true);
   storage_->Open(false, false);
   buffer_ = std::make_unique<StInputBuffer>(storage_.get(), kBufferSize, false);

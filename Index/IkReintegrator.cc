@@ -9,6 +9,7 @@
 
 #include "Index/IkDataExtenderIndex.h"
 #include "Index/IkException.h"
+#include "Index/IkFamily.h"
 #include "Index/IkMergeExtender.h"
 #include "Index/IkMergeIndex.h"
 #include "Index/IkMerger.h"
@@ -17,7 +18,7 @@
 namespace vandrelle {
 
 IkReintegrator::IkReintegrator(const char* oldroot, const char* newroot)
-    : IkExtender(oldroot), newname_(newroot, 20) {
+    : IkExtender(oldroot), newname_(newroot) {
   if (std::strcmp(oldroot, newname_.suffix(nullptr)) == 0) {
     THROW(Ik, "An index can't be reintegrated under its own name '" << oldroot << "'");
   }
@@ -30,9 +31,7 @@ bool IkReintegrator::validExtendedFile() const {
 
 void IkReintegrator::takeDeletions() {
   namespace fs = std::filesystem;
-  for (const char* suffix : {".xidx.xw", ".xidx.xd", ".xidx.xo", ".xidx.xt", ".xk"}) {
-    SysTools::removeFile(newname_.suffix(suffix));
-  }
+  for (const char* suffix : kIkChangeSuffixes) SysTools::removeFile(newname_.suffix(suffix));
   const std::string old = name_.suffix(".xk");
   std::error_code error;
   if (fs::exists(old, error)) fs::copy_file(old, newname_.suffix(".xk"), error);

@@ -45,10 +45,14 @@ void mergeMasks(Masks& masks) {
     } else if (!merge(masks, i, j)) {
       ++j;
     } else {
-      for (std::size_t h = 0; h < i && masks.size() >= 3; ++h) {
-        if (!merge(masks, h, i)) continue;
-        i = h;
-        h = static_cast<std::size_t>(-1);
+      std::size_t h = 0;
+      while (h < i && masks.size() >= 3) {
+        if (merge(masks, h, i)) {
+          i = h;
+          h = 0;
+        } else {
+          ++h;
+        }
       }
       j = i + 1;
     }

@@ -71,7 +71,7 @@ void IkTranspose::requireSizes() const {
 void IkTranspose::map(const char* filename) {
   requireSizes();
   if (cache_) THROW(IkTranspose, "Why map when you've already cached?");
-  map_ = std::make_unique<SysToolsMapObject>(filename, 0, 0);
+  map_ = std::make_unique<SysToolsMapObject>(filename);
   const std::int64_t needed = std::int64_t{numDocs_} * digestSize_ * kEntryBytes;
   if (map_->len() < needed) {
     THROW(IkTranspose, "The file '" << filename << "' ends before its last digest");

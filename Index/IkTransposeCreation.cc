@@ -1,7 +1,6 @@
 // The creation of the table of digests, the one writing operation of IkTranspose.
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -15,6 +14,7 @@
 #include "Index/IkTransposeCache.h"
 #include "Index/IkTransposeLoader.h"
 #include "KeyFile.h"
+#include "Tool/SysTools.h"
 #include "Word.h"
 
 namespace vandrelle {
@@ -90,10 +90,9 @@ void IkTranspose::createRange(IkDataFileBinder* databinder, KdFileAccessor* keyf
 void IkTranspose::writeTable(const char* filename) const {
   const std::size_t bytes =
       static_cast<std::size_t>(numDocs_) * static_cast<std::size_t>(digestSize_) * kEntryBytes;
-  std::FILE* file = std::fopen(filename, "wb");
-  bool written = file != nullptr && std::fwrite(data_, 1, bytes, file) == bytes;
-  if (file != nullptr && std::fclose(file) != 0) written = false;
-  if (!written) THROW(IkIO, "Couldn't write the digests to '" << filename << "'");
+  if (!SysTools::writeFile(filename, data_, bytes)) {
+    THROW(IkIO, "Couldn't write the digests to '" << filename << "'");
+  }
 }
 
 }  // namespace vandrelle

@@ -18,8 +18,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMappedKeyFile = 16;
-
 // The lengths of the documents' vectors, one for each of `chunks` documents.
 std::vector<float> readSums(const char* filename, int chunks) {
   const std::size_t count = static_cast<std::size_t>(chunks);
@@ -33,7 +31,7 @@ std::vector<float> readSums(const char* filename, int chunks) {
   std::fclose(file);
   if (!whole) THROW(Ik, "The file '" << filename << "' ends before its last document");
   std::vector<float> sums(count);
-  for (std::size_t i = 0; i < count; ++i) sums[i] = loadFloat(&bytes[i * 4]);
+  loadFloats(bytes.data(), count, sums.data());
   return sums;
 }
 
@@ -46,7 +44,7 @@ void IkTransposeCreator::makeIndex() {
   // They are read from first to last.
   rows.bind(name_.suffix(nullptr), 0, StFileStorage::IsOneFile(name_.suffix(".dat")));
   std::unique_ptr<KdFileAccessor> keyfile(
-      KfKeyFileManager::KdBind(name_.suffix(nullptr), kMappedKeyFile));
+      KfKeyFileManager::KdBind(name_.suffix(nullptr), kKdMapped));
   info_.read(name_.suffix(".info"));
   if (info_.totalNumChunks < 0 || info_.numDigestWords < 0 ||
       info_.numDigestWords > IkDigestBuilder::kMaxDigestSize) {

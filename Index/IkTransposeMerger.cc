@@ -19,7 +19,6 @@ namespace vandrelle {
 namespace {
 
 constexpr int kOutputBufferSize = 65536;
-constexpr int kMappedKeyFile = 16;
 
 StStorage* emptied(StFileStorage* storage) {
   storage->Initialize();
@@ -30,8 +29,7 @@ StStorage* emptied(StFileStorage* storage) {
 
 struct IkTransposeMerger::Source {
   Source(const char* root, const char* newWordNumbersFile)
-      : keyfile(KfKeyFileManager::KdBind(root, kMappedKeyFile)),
-        newNumbers(newWordNumbersFile, 0, 0) {
+      : keyfile(KfKeyFileManager::KdBind(root, kKdMapped)), newNumbers(newWordNumbersFile) {
     rows.bind(root, 0, 0);
     if (newNumbers.len() / 4 != keyfile->Num_Entries()) {
       THROW(Ik, "The new word numbers of the index '" << root << "' don't fit its words");

@@ -6,7 +6,7 @@
 namespace vandrelle {
 
 bool QaBinder::exists(const char* root) {
-  NameManager name(root, 20);
+  NameManager name(root);
   return SysTools::fileExists(name.suffix(".qa.map")) &&
          SysTools::fileExists(name.suffix(".qa.cache"));
 }

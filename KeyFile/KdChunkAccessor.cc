@@ -51,6 +51,11 @@ bool KdChunkAccessor::Find_Word_In_Chunk(const WmWord* search_word, int32* chunk
   return result == KdWalk::kFound;
 }
 
+void KdChunkAccessor::Find_By_Num(int32 word_num, WmWord* found_word) {
+  const KdWalk result = KdFindOrdinalInChunk(layout_, chunk_, chunk_bytes_, word_num, found_word);
+  if (result != KdWalk::kFound) fail("Key file is damaged: ", "a chunk has too few entries");
+}
+
 void KdChunkAccessor::Get_Data(const KdChunkEntry& entry, int32* data_size, void* data) const {
   if (data_size != nullptr) *data_size = entry.data_size;
   if (data != nullptr && entry.data_size > 0) {
@@ -102,8 +107,7 @@ int KdChunkAccessor::Lookup(int32 word_num, WmWord* found_word) {
     return 1;
   }
   Read_Chunk_Into_Buf(chunk_num);
-  const KdWalk result = KdFindOrdinalInChunk(layout_, chunk_, chunk_bytes_, in_chunk, found_word);
-  if (result != KdWalk::kFound) fail("Key file is damaged: ", "a chunk has too few entries");
+  Find_By_Num(in_chunk, found_word);
   return 1;
 }
 

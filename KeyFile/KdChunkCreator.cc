@@ -2,10 +2,23 @@
 
 #include <cstring>
 
-#include "KeyFile/KdChunk.h"
+#include "KeyFile/KdPointerTable.h"
 #include "Tool/SysTools.h"
 
 namespace vandrelle {
+
+namespace {
+
+// Writes the fields of a header from the one at `offset` on.
+void Write_Fields(std::ostream& ptr_file, const KdHeader& header, int32 offset) {
+  unsigned char bytes[KdHeader::kBytes];
+  header.store(bytes);
+  ptr_file.seekp(offset);
+  ptr_file.write(reinterpret_cast<const char*>(bytes) + offset, KdHeader::kBytes - offset);
+  if (!ptr_file) THROW(IO, "Error writing to pointer file.");
+}
+
+}  // namespace
 
 KdChunkCreator::KdChunkCreator(int32 chunk_size, int32 data_size, int const_data, int aligned)
     : chunk_size_(chunk_size),
@@ -31,23 +44,12 @@ bool KdChunkCreator::Open_New_File(std::fstream& file, const char* path) {
   return file.good();
 }
 
-// The two counters behind these fields stay 0 until the table is whole.
 void KdChunkCreator::Write_Header(std::ostream& ptr_file, int32 type) {
-  char header[20] = {};
-  storeS32(header, type);
-  storeS32(header + 4, chunk_size_);
-  storeS32(header + 8, data_size_);
-  ptr_file.write(header, sizeof header);
-  if (!ptr_file) THROW(IO, "Error writing to pointer file.");
+  Write_Fields(ptr_file, {type, chunk_size_, data_size_}, 0);
 }
 
 void KdChunkCreator::Write_Counters(std::ostream& ptr_file) {
-  char counters[8];
-  storeS32(counters, keyfile_pos_);
-  storeS32(counters + 4, num_chunks_);
-  ptr_file.seekp(12);
-  ptr_file.write(counters, sizeof counters);
-  if (!ptr_file) THROW(IO, "Error writing to pointer file.");
+  Write_Fields(ptr_file, {0, 0, 0, keyfile_pos_, num_chunks_}, KdHeader::kCounters);
 }
 
 void KdChunkCreator::Add_Entry(const char* aWord, const void* data, int32 data_size) {

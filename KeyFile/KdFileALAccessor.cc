@@ -20,8 +20,9 @@ std::vector<unsigned char> KdReadWholeFile(std::ifstream* file) {
   return content;
 }
 
-bool KdReadPointers(const unsigned char* from, std::size_t bytes, int32 num_chunks,
-                    std::vector<unsigned char>* records, std::vector<unsigned char>* words) {
+bool KdFileALAccessor::Read_Pointers(const unsigned char* from, std::size_t bytes, int32 num_chunks,
+                                     std::vector<unsigned char>* records,
+                                     std::vector<unsigned char>* words) {
   constexpr std::size_t kFixedBytes = 10;  // of a record, without the letters
   if (num_chunks < 0 || static_cast<std::size_t>(num_chunks) > bytes / kFixedBytes) return false;
   records->reserve(static_cast<std::size_t>(num_chunks) * KdPointerTable::kRecordBytes);
@@ -50,10 +51,11 @@ KdFileALAccessor::KdFileALAccessor(std::ifstream* ptr_file, int keyfile_fd, KdDa
   const std::vector<unsigned char> content = KdReadWholeFile(ptr_file);
   if (content.size() < KdHeader::kBytes) fail("Error reading pointer file.");
   const KdHeader header = KdHeader::load(content.data());
-  if (header.type < 7 || header.type > 11) fail("Unrecognized pointer file type.");
-  layout_ = {place, header.type >= 9, 0};
-  if (!KdReadPointers(content.data() + KdHeader::kBytes, content.size() - KdHeader::kBytes,
-                      header.num_chunks, &records_, &words_)) {
+  if (header.type < kKdPackedVarying || header.type > kKdInline)
+    fail("Unrecognized pointer file type.");
+  layout_ = {place, header.type >= kKdConstant, 0};
+  if (!Read_Pointers(content.data() + KdHeader::kBytes, content.size() - KdHeader::kBytes,
+                     header.num_chunks, &records_, &words_)) {
     fail("Error reading pointer file.");
   }
   bindTable(header, records_.data(), words_.data(), static_cast<int64_t>(words_.size()));

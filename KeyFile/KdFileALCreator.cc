@@ -18,13 +18,14 @@ const char* requireName(const char* file_name) {
 
 KdFileALCreator::KdFileALCreator(const char* file_name, int32 chunk_size, int32 data_size,
                                  int32 type)
-    : KdChunkCreator((requireName(file_name), chunk_size), data_size, type == 8 || type == 9,
-                     type != 7 && type != 8) {
-  NameManager names(file_name, 20);
+    : KdChunkCreator((requireName(file_name), chunk_size), data_size,
+                     type == kKdPackedConstant || type == kKdConstant,
+                     type != kKdPackedVarying && type != kKdPackedConstant) {
+  NameManager names(file_name);
   Open_Key_File(names.suffix(".key"));
   if (!Open_New_File(ptr_file_, names.suffix(".ptr")))
     THROW(IO, "Can't open pointer file for writing: " << names.suffix(".ptr"));
-  if (type < 7 || type > 11) THROW(KdInit, "Illegal keyfile type specified");
+  if (type < kKdPackedVarying || type > kKdInline) THROW(KdInit, "Illegal keyfile type specified");
   Write_Header(ptr_file_, type);
 }
 

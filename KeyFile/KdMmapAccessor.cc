@@ -7,8 +7,8 @@ namespace vandrelle {
 
 KdMmapAccessor::KdMmapAccessor(const char* filename, int file_type, int keyfile_fd)
     : KdChunkAccessor(keyfile_fd) {
-  NameManager names(filename, 20);
-  ptr_file_map_.bind(names.suffix(".ptr"), 0, 0);
+  NameManager names(filename);
+  ptr_file_map_.bind(names.suffix(".ptr"));
   const auto* ptr_file = static_cast<const unsigned char*>(ptr_file_map_.addr());
   const int64_t ptr_file_size = ptr_file_map_.len();
   if (ptr_file_size < KdHeader::kBytes) fail("Error reading pointer file.");
@@ -17,7 +17,7 @@ KdMmapAccessor::KdMmapAccessor(const char* filename, int file_type, int keyfile_
       KdHeader::kBytes + int64_t{KdPointerTable::kRecordBytes} * header.num_chunks;
   if (header.num_chunks < 0 || table_end > ptr_file_size) fail("Error reading pointer file.");
   bindTable(header, ptr_file + KdHeader::kBytes, ptr_file + table_end, ptr_file_size - table_end);
-  if (file_type == 16 && header.total_bytes > 0) {
+  if (file_type == kKdMapped && header.total_bytes > 0) {
     mapKeyFile(names.suffix(".key"));
     if (key_file_map_->len() < header.total_bytes) fail("Can't read buffer off disk");
     useKeyMap(static_cast<const unsigned char*>(key_file_map_->addr()));
@@ -37,7 +37,7 @@ void KdMmapAccessor::mapKeyFile(const char* path) {
   key_file_map_ = std::make_unique<SysToolsMapObject>();
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
-    key_file_map_->bind(path, 0, 0);
+    key_file_map_->bind(path);
     return;
   }
   environment.restore_env();

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "KeyFile/KdChunk.h"
+#include "KeyFile/KdPointerTable.h"
 #include "Tool/SysTools.h"
 
 namespace vandrelle {
@@ -17,8 +17,7 @@ const char* requireName(const char* file_name) {
 }  // namespace
 
 KdMmapCreator::KdMmapCreator(const char* file_name, int32 chunk_size, int32 data_size, int32 type)
-    : KdChunkCreator((requireName(file_name), chunk_size), data_size, 1, 1),
-      base_name_(file_name, 20) {
+    : KdChunkCreator((requireName(file_name), chunk_size), data_size, 1, 1), base_name_(file_name) {
   Open_Key_File(base_name_.suffix(".key"));
   if (!Open_New_File(ptr_file_, base_name_.suffix(".ptr"))) {
     THROW(IO, "Can't open pointer file for writing: " << base_name_.suffix(".ptr"));
@@ -40,7 +39,7 @@ KdMmapCreator::~KdMmapCreator() {
 
 void KdMmapCreator::Write_To_Pointer_File(const WmWord* aWord) {
   Pass_Chunk();
-  char record[12];
+  char record[KdPointerTable::kRecordBytes];
   storeS32(record, keyfile_pos_);
   storeS32(record + 4, wrd_file_pos_);
   storeS32(record + 8, word_num_);

@@ -4,7 +4,7 @@ namespace vandrelle {
 
 KdMmapStopAccessor::KdMmapStopAccessor(const char* ptr_name, int keyfile_fd)
     : KdStopAccessor(keyfile_fd) {
-  ptr_map_.bind(ptr_name, 0, 0);
+  ptr_map_.bind(ptr_name);
   const char* fault = bindTable(static_cast<const unsigned char*>(ptr_map_.addr()),
                                 static_cast<std::size_t>(ptr_map_.len()));
   if (fault == nullptr) return;

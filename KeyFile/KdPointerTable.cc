@@ -7,9 +7,17 @@ KdHeader KdHeader::load(const unsigned char* from) {
   header.type = loadS32(from);
   header.chunk_size = loadS32(from + 4);
   header.data_size = loadS32(from + 8);
-  header.total_bytes = loadS32(from + 12);
+  header.total_bytes = loadS32(from + kCounters);
   header.num_chunks = loadS32(from + 16);
   return header;
+}
+
+void KdHeader::store(unsigned char* to) const {
+  storeS32(to, type);
+  storeS32(to + 4, chunk_size);
+  storeS32(to + 8, data_size);
+  storeS32(to + kCounters, total_bytes);
+  storeS32(to + 16, num_chunks);
 }
 
 const char* KdPointerTable::set(const KdHeader& header, const unsigned char* records,

@@ -44,7 +44,7 @@ KdStopCreator::KdStopCreator(const char* file_name, int max_chunk_size, int, int
   if (max_chunk_size < kSmallestEntry) THROW(KdInit, "Chunk size must be bigger.");
   if (max_chunk_size > SHRT_MAX) THROW(KdInit, "Chunk size must be at most " << SHRT_MAX << ".");
   if (file_name == nullptr) THROW(IO, "Need non-null name for key/pointer files.");
-  NameManager names(file_name, 20);
+  NameManager names(file_name);
   openNew(key_file_, "key", names.suffix(".key"));
   openNew(ptr_file_, "pointer", names.suffix(".ptr"));
   // An entry that begins a chunk may be longer than the chunk size for a moment.

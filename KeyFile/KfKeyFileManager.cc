@@ -21,31 +21,29 @@ namespace vandrelle {
 
 namespace {
 
-constexpr int kMaxSuffix = 20;
-
 KdFileAccessor* bindKind(const char* filename, const char* ptr_name, int32 code, int accessType,
                          std::ifstream* ptr_file, int keyfile_fd) {
   switch (code) {
-    case 7:
-    case 10:
+    case kKdPackedVarying:
+    case kKdVarying:
       return new KdFileALAccessorVar(ptr_file, keyfile_fd);
-    case 8:
-    case 9:
+    case kKdPackedConstant:
+    case kKdConstant:
       return new KdFileALAccessorCon(ptr_file, keyfile_fd);
-    case 11:
+    case kKdInline:
       return new KdInlineAcc(ptr_file, keyfile_fd);
-    case 14:
-    case 16:
+    case kKdMappedPointers:
+    case kKdMapped:
       if (accessType == 0) accessType = code;
-      if (accessType != 14 && accessType != 16) {
+      if (accessType != kKdMappedPointers && accessType != kKdMapped) {
         THROW(KdAccess, "This parameter is only used for mem-maps" << accessType);
       }
       ptr_file->close();
       return new KdMmapAccessor(filename, accessType, keyfile_fd);
-    case 12:
-    case 13:
+    case kKdStop:
+    case kKdStopToo:
       return new KdStopAccessor(ptr_file, keyfile_fd);
-    case 15:
+    case kKdMappedStop:
       ptr_file->close();
       return new KdMmapStopAccessor(ptr_name, keyfile_fd);
     default:
@@ -58,21 +56,21 @@ KdFileAccessor* bindKind(const char* filename, const char* ptr_name, int32 code,
 KdFileCreator* KfKeyFileManager::KdCreate(const char* file_name, int32 chunk_size,
                                           int32 this_file_type, int32 data_size) {
   switch (this_file_type) {
-    case 7:
-    case 10:
+    case kKdPackedVarying:
+    case kKdVarying:
       return new KdFileALCreator(file_name, chunk_size, -1, this_file_type);
-    case 8:
-    case 9:
+    case kKdPackedConstant:
+    case kKdConstant:
       return new KdFileALCreator(file_name, chunk_size, data_size, this_file_type);
-    case 11:
+    case kKdInline:
       return new KdInlineCreate(file_name, chunk_size, data_size, this_file_type);
-    case 14:
-    case 16:
+    case kKdMappedPointers:
+    case kKdMapped:
       return new KdMmapCreator(file_name, chunk_size, data_size, this_file_type);
-    case 12:
-    case 13:
+    case kKdStop:
+    case kKdStopToo:
       return new KdStopCreator(file_name, chunk_size, data_size, this_file_type);
-    case 15:
+    case kKdMappedStop:
       return new KdMmapStopCreator(file_name, chunk_size, data_size, this_file_type);
     default:
       THROW(KdCreate, "Invalid type passed to KdCreate");
@@ -80,7 +78,7 @@ KdFileCreator* KfKeyFileManager::KdCreate(const char* file_name, int32 chunk_siz
 }
 
 KdFileAccessor* KfKeyFileManager::KdBind(const char* filename, int accessType) {
-  NameManager names(filename, kMaxSuffix);
+  NameManager names(filename);
   const int keyfile_fd = open(names.suffix(".key"), O_RDONLY | O_CLOEXEC);
   if (keyfile_fd < 0) THROW(KdAccess, "Can't open key file " << names.suffix(".key"));
   std::ifstream ptr_file(names.suffix(".ptr"), std::ios::binary);
@@ -114,13 +112,14 @@ void KfKeyFileManager::ConvertPtrFileToMmap(const char* rootname) {
   if (num_chunks == 0) THROW(KdAccess, "No entries in ptr file.");
   std::vector<unsigned char> records;
   std::vector<unsigned char> words;
-  if (!KdReadPointers(content.data() + KdHeader::kBytes, content.size() - KdHeader::kBytes,
-                      num_chunks, &records, &words)) {
+  if (!KdFileALAccessor::Read_Pointers(content.data() + KdHeader::kBytes,
+                                       content.size() - KdHeader::kBytes, num_chunks, &records,
+                                       &words)) {
     THROW(KdAccess, "Error reading pointer file.");
   }
   char header[KdHeader::kBytes];
   std::memcpy(header, content.data(), sizeof header);
-  storeS32(header, 14);
+  storeS32(header, kKdMappedPointers);
   std::ofstream out(root + ".new", std::ios::trunc | std::ios::binary);
   out.write(header, sizeof header);
   out.write(reinterpret_cast<const char*>(records.data()),

@@ -34,6 +34,7 @@
 #include "Driver/VymTypes.h"
 #include "Exception.h"
 #include "Index/IkDataFileBinder.h"
+#include "Index/IkFamily.h"
 #include "Index/IkIdfBinder.h"
 #include "Index/IkIndexInfo.h"
 #include "Index/IkLocalIndexBinder.h"
@@ -92,19 +93,15 @@ void showHeader(const std::string& root, IkLocalIndexBinder& binder) {
             << "similarityVersion  " << info.similarityVersion << '\n'
             << "numDeletedChunks   " << info.numDeletedChunks << "\n\n";
 
-  static constexpr const char* kFamily[] = {
-      ".info",    ".key",     ".ptr",     ".dat",     ".idf",     ".sum",     ".norm", ".norm.raw",
-      ".ver",     ".trp",     ".prx",     ".prx.map", ".xk",      ".unstem",  ".idx",  "_one.idx",
-      "_mlt.idx", ".spc",     ".lst",     ".lpt",     ".dir",     ".fidx",    ".fdat", ".fnam",
-      ".fld.ptr", ".fld.lst", ".fld.nam", ".fld.val", ".sum.map", ".sum.idx", ".log",  ".prog",
-      ".size",    ".xidx.xw", ".xidx.xo", ".xidx.xd", ".xidx.xt"};
   std::int64_t total = 0;
-  for (const char* suffix : kFamily) {
+  const auto count = [&](const char* suffix) {
     const std::int64_t size = sizeOnDisk(root + suffix);
-    if (size < 0) continue;
+    if (size < 0) return;
     total += size;
     std::cout << std::setw(12) << size << "  " << suffix << '\n';
-  }
+  };
+  count(".info");
+  for (const char* suffix : kIkFamily) count(suffix);
   std::cout << std::setw(12) << total << "  together\n";
 }
 

@@ -47,7 +47,7 @@ QlSearcher::QlSearcher(const char* root, TkStemmer* stemmer, DcDocumentManager* 
       stemmer_(stemmer) {
   // Mapped, unless they have outgrown one file: a query reads a few rows and digests,
   // from anywhere.
-  const NameManager name(root, 20);
+  const NameManager name(root);
   const std::string digests = name.suffix(".trp");
   const bool mapped =
       StFileStorage::IsOneFile(digests.c_str()) || !SysTools::fileExists(digests.c_str());

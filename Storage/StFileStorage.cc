@@ -311,8 +311,8 @@ void StFileStorage::DeleteData(StStorageBuffer* buffer) {
   delete[] buffer->Data();
 }
 
-void StFileStorage::Read(byte* data, std::uint64_t start, StStorageLen length) {
-  RequireOpen();
+template <typename Move>
+void StFileStorage::EachPiece(std::uint64_t start, StStorageLen length, Move move) const {
   const std::uint64_t endPos = start + length;
   if (endPos > maxPos) fail("Buffer past end of storage!", Root());
   StStorageLen inLast = 0;
@@ -320,32 +320,25 @@ void StFileStorage::Read(byte* data, std::uint64_t start, StStorageLen length) {
     inLast = FilePos(endPos);
     if (length - inLast > kFileBytes - FilePos(start))
       fail("Buffer is longer than a file!", Root());
-    if (inLast > 0) ReadData(FileDesc(FileIndex(endPos)), 0, data + (length - inLast), inLast);
+    if (inLast > 0) move(FileDesc(FileIndex(endPos)), 0, length - inLast, inLast);
   }
-  if (length > inLast) {
-    ReadData(FileDesc(FileIndex(start)), FilePos(start), data, length - inLast);
-  }
+  if (length > inLast) move(FileDesc(FileIndex(start)), FilePos(start), 0, length - inLast);
+}
+
+void StFileStorage::Read(byte* data, std::uint64_t start, StStorageLen length) {
+  RequireOpen();
+  EachPiece(start, length, [&](int fd, std::uint32_t pos, StStorageLen at, StStorageLen bytes) {
+    ReadData(fd, pos, data + at, bytes);
+  });
 }
 
 void StFileStorage::Write(const StStorageBuffer* buffer) {
   if (!isWritable) fail("Storage is not writable!", Root());
   if (buffer->AccessMode() == kStRead) return;
-  const std::uint64_t start = buffer->Start().Bytes();
-  const StStorageLen length = buffer->Length();
-  const std::uint64_t endPos = start + length;
-  if (endPos > maxPos) fail("Buffer past end of storage!", Root());
-  StStorageLen inLast = 0;
-  if (FileIndex(start) != FileIndex(endPos)) {
-    inLast = FilePos(endPos);
-    if (length - inLast > kFileBytes - FilePos(start))
-      fail("Buffer is longer than a file!", Root());
-    if (inLast > 0) {
-      WriteData(FileDesc(FileIndex(endPos)), 0, buffer->Data() + (length - inLast), inLast);
-    }
-  }
-  if (length > inLast) {
-    WriteData(FileDesc(FileIndex(start)), FilePos(start), buffer->Data(), length - inLast);
-  }
+  EachPiece(buffer->Start().Bytes(), buffer->Length(),
+            [&](int fd, std::uint32_t pos, StStorageLen at, StStorageLen bytes) {
+              WriteData(fd, pos, buffer->Data() + at, bytes);
+            });
 }
 
 void StFileStorage::ReadData(int fd, std::uint32_t pos, byte* data, StStorageLen length) {

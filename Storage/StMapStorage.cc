@@ -16,7 +16,7 @@ void StMapStorage::Open(bool writable, bool create) {
   if (stat(root_, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0) {
     map_.release();  // nothing to map
   } else {
-    map_.bind(root_, 0, 0);
+    map_.bind(root_);
   }
   isOpen = true;
 }

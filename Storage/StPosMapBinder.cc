@@ -4,30 +4,12 @@
 
 #include "Storage/StException.h"
 #include "Storage/StPosMapCreator.h"
+#include "Tool/SevenBit.h"
 
 namespace vandrelle {
 
-namespace {
-
-// Takes one delta off `*from`; false if it isn't whole.
-bool decode(const unsigned char** from, const unsigned char* end, uint32* delta) {
-  std::uint64_t value = 0;
-  for (int shift = 0; shift < 35; shift += 7) {
-    if (*from == end) return false;
-    const unsigned char byte_ = *(*from)++;
-    value |= std::uint64_t{byte_ & 0x7Fu} << shift;
-    if (byte_ < 0x80) {
-      *delta = static_cast<uint32>(value);
-      return true;
-    }
-  }
-  return false;
-}
-
-}  // namespace
-
 StPosMapBinder::StPosMapBinder(const char* file) {
-  map_.bind(file, 0, 0);
+  map_.bind(file);
   const auto* bytes = static_cast<const unsigned char*>(map_.addr());
   const auto length = static_cast<std::uint64_t>(map_.len());
   interval_ = length >= kPosMapHeaderBytes ? loadU32(bytes + 4) : 0;
@@ -57,9 +39,11 @@ StStoragePos StPosMapBinder::lookup(uint32 key) const {
   }
   StStoragePos pos = pointer.pos_;
   const unsigned char* from = values_ + pointer.offset_;
+  // What isn't whole reads as a number without end.
+  const auto nextByte = [&]() -> uint32 { return from == pointers_ ? 0x80 : *from++; };
   for (uint32 left = key - group * interval_; left > 0; --left) {
     uint32 delta;
-    if (!decode(&from, pointers_, &delta)) THROW(St, "Position map has no key " << key);
+    if (!getSevenBit(nextByte, &delta)) THROW(St, "Position map has no key " << key);
     pos += delta;
   }
   return pos;

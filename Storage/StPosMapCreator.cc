@@ -5,6 +5,7 @@
 
 #include "Storage/StException.h"
 #include "Storage/StStorageHandle.h"
+#include "Tool/SevenBit.h"
 
 namespace vandrelle {
 
@@ -52,9 +53,7 @@ void StPosMapCreator::add(const StStoragePos& pos) {
   if (pos < pos_ || (pos - pos_).Hi() != 0) {
     THROW(St, "Position map can't hold the position of key " << (key_ - 1));
   }
-  uint32 delta = (pos - pos_).Lo();
-  for (; delta >= 0x80; delta >>= 7) buffer_.put(static_cast<unsigned char>(delta | 0x80));
-  buffer_.put(static_cast<unsigned char>(delta));
+  putSevenBit((pos - pos_).Lo(), [this](unsigned char group) { buffer_.put(group); });
   pos_ = pos;
 }
 

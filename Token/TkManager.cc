@@ -9,8 +9,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr char kOldStopTable[] = "/Vandrelle/table/stop.old";
-
 TkStemmerImpl* stemmerOf(const char* stem, const char* stop) {
   auto stemTable = std::make_unique<TkStemTable>(stem);
   return new TkStemmerImpl(std::move(stemTable), std::make_unique<TkStopTable>(stop));
@@ -39,7 +37,7 @@ TkStemmerImpl* TkManager::NewStemmer(const char* stem, const char* stop) {
 }
 
 TkStemmerImpl* TkManager::BasicStemmer(const char* stem, const char* stop) {
-  return stemmerOf(stem, stop != nullptr ? stop : kOldStopTable);
+  return stemmerOf(stem, stop != nullptr ? stop : kTkOldStopTable);
 }
 
 TkStemmerImpl* TkManager::FastStemmer(const char* stem, const char* stop) {

@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "Fun/FdTable.h"
+#include "Token.h"
 #include "Token/CharacterClass.h"
 #include "Token/TkException.h"
 
@@ -15,7 +16,6 @@ namespace vandrelle {
 
 namespace {
 
-constexpr char kDefaultTable[] = "/Vandrelle/table/stem.tbl";
 constexpr int kTableHint = 128;  // for 64 buckets
 constexpr int kMaxGroup = 20;    // rules
 // A stem never gets shorter than this by a rule, and shorter words are left alone.
@@ -45,7 +45,7 @@ bool isVowel(char c) { return c == 'a' || c == 'e' || c == 'i' || c == 'o' || c 
 }  // namespace
 
 TkStemTable::TkStemTable(const char* ruletable) {
-  const char* name = ruletable != nullptr ? ruletable : kDefaultTable;
+  const char* name = ruletable != nullptr ? ruletable : kTkDefaultStemTable;
   bool opened, whole;
   {
     // Nothing here may be left by a throw.

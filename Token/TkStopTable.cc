@@ -6,6 +6,7 @@
 
 #include "KeyFile/KdStopAccessor.h"
 #include "KeyFile/KfKeyFileManager.h"
+#include "Token.h"
 #include "Token/CharacterClass.h"
 #include "Token/TkSourceReader.h"
 #include "Tool/SysTools.h"
@@ -14,16 +15,14 @@ namespace vandrelle {
 
 namespace {
 
-constexpr char kDefaultTable[] = "/Vandrelle/table/stop";
 constexpr char kNoReplacement[] = "*";
 constexpr int kBuckets = 8192;
 constexpr int kChunkSize = 128;
-constexpr int kKeyFileType = 12;
 
 }  // namespace
 
 TkStopTable::TkStopTable(const char* tableName) : table_(kBuckets) {
-  if (tableName == nullptr) tableName = kDefaultTable;
+  if (tableName == nullptr) tableName = kTkDefaultStopTable;
   ExceptionEnvironment environment;
   if (GUARDED(environment)) {
     if (!readStopFileIntoTable(tableName)) THROW(IO, tableName << " is no stop table");
@@ -69,7 +68,7 @@ namespace {
 // Leaves the files of `tableName` unfinished if it throws.
 void compile(std::istream& is, const char* tableName) {
   std::unique_ptr<KdFileCreator> creator(
-      KfKeyFileManager::KdCreate(tableName, kChunkSize, kKeyFileType, 0));
+      KfKeyFileManager::KdCreate(tableName, kChunkSize, kKdStop, 0));
   TkSourceReader reader(&is);
   while (reader.next()) {
     const WmLocalWord key(reader.token().c_str());

@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -35,14 +36,14 @@ int realtype(int type) {
   }
 }
 
-struct MapMode {
+struct MapFlags {
   int openFlags;
   int protection;
   int sharing;
   mode_t permissions;
 };
 
-constexpr MapMode kMapModes[] = {
+constexpr MapFlags kMapModes[] = {
     {O_RDONLY, PROT_READ, MAP_SHARED, 0444},
     {O_RDONLY, PROT_READ | PROT_WRITE, MAP_PRIVATE, 0444},
     {O_RDWR, PROT_READ | PROT_WRITE, MAP_SHARED, 0644},
@@ -117,6 +118,13 @@ bool SysTools::removeFile(const char* filename) {
   return filename != nullptr && unlink(filename) == 0;
 }
 
+bool SysTools::writeFile(const char* filename, const void* bytes, std::size_t size) {
+  std::FILE* file = std::fopen(filename, "wb");
+  if (file == nullptr) return false;
+  const bool written = size == 0 || std::fwrite(bytes, 1, size, file) == size;
+  return std::fclose(file) == 0 && written;
+}
+
 int SysTools::removeFiles(const char* directory, const char* regExpr) {
   const RegularExpression expression(regExpr);
   if (!expression.valid() || directory == nullptr) return 0;
@@ -146,13 +154,13 @@ void* SysTools::map(const char* filename, int mode, int* size) {
 }
 
 void* SysTools::map(const char* filename, int mode, int* size, int* outfd) {
-  if (mode < 0 || mode > 4) THROW(SysTools, "map(): invalid mode");
-  const MapMode& how = kMapModes[mode];
+  if (mode < kMapReadOnly || mode > kMapEmptied) THROW(SysTools, "map(): invalid mode");
+  const MapFlags& how = kMapModes[mode];
   const int fd = open(filename, how.openFlags | O_CLOEXEC, how.permissions);
   if (fd < 0) {
     THROW(SysTools, "couldn't open() file \"" << filename << "\": " << strerror());
   }
-  int length = mode >= 3 && size != nullptr ? *size : 0;
+  int length = mode >= kMapOrCreate && size != nullptr ? *size : 0;
   if (length == 0) {
     struct stat status;
     if (fstat(fd, &status) != 0) {

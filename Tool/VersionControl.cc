@@ -6,6 +6,7 @@
 
 #include "Tool/ByteOrder.h"
 #include "Tool/NameManager.h"
+#include "Tool/SysTools.h"
 #include "Tool/ToolException.h"
 
 namespace vandrelle {
@@ -43,12 +44,13 @@ void VersionControl::setVersion(const char* root, int stage, int version) {
 
 void VersionControl::createVersionFile(const char* path) {
   static constexpr char kZeros[kStages * kWordBytes] = {};
-  std::ofstream file(path, std::ios::binary);
-  if (!file.write(kZeros, sizeof kZeros).flush()) THROW(Version, "could not create " << path);
+  if (!SysTools::writeFile(path, kZeros, sizeof kZeros)) {
+    THROW(Version, "could not create " << path);
+  }
 }
 
 void VersionControl::setVersionFile(const char* root, std::fstream* versionfile, int flag) {
-  const NameManager name(root, 20);
+  const NameManager name(root);
   const char* path = name.suffix(".ver");
   struct stat status;
   if (stat(path, &status) != 0 || status.st_size < kStages * kWordBytes) createVersionFile(path);

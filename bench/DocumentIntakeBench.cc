@@ -1,5 +1,8 @@
 // How long it takes to list small pages, per file: names resolved, typed, opened
 // for their header and recorded. Most of it is the system's.
+//
+// To compare, by items_per_second:
+//   build/release/bin/DocumentIntakeBench --benchmark_filter=ListPages
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
 

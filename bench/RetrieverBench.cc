@@ -1,6 +1,9 @@
 // Queries by each of the three scoring loops, on a generated index of 10,000 documents:
 // the documents of word n have the share 1 / n of the collection. Its files lie under
 // the directory for temporary files.
+//
+// To compare, by time:
+//   build/release/bin/RetrieverBench --benchmark_filter=BM_Merge
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -50,7 +53,8 @@ std::string writeIndex() {
 
   IkDataFileCreator rows;
   rows.create((root + ".dat").c_str(), 0);
-  const std::unique_ptr<KdFileCreator> keys(KfKeyFileManager::KdCreate(root.c_str(), 512, 14, 5));
+  const std::unique_ptr<KdFileCreator> keys(
+      KfKeyFileManager::KdCreate(root.c_str(), 512, kKdMappedPointers, 5));
   std::geometric_distribution<int> frequency(0.6);
   for (int i = 0; i < kWords; ++i) {
     std::vector<IkDocumentInfo> row;

@@ -1,11 +1,9 @@
-# One static library per folder, named vandrelle_<folder>. A folder without
-# sources yet becomes an interface library, so that the order of the house
-# stands from the beginning.
+# One static library per folder, named vandrelle_<folder>.
 #
 #   vandrelle_folder(<Folder> [folders it stands on...] [SOURCES_ALSO folder...])
 #
-# A folder may hold one program: main.cc stays out of the library and becomes
-# the executable vandrelleIndex (only Driver has one).
+# A folder may hold one program: vandrelleIndex.cc stays out of the library and
+# becomes the executable of that name (only Driver has one).
 function(vandrelle_folder folder)
   cmake_parse_arguments(ARG "" "" "SOURCES_ALSO" ${ARGN})
   string(TOLOWER ${folder} lower)
@@ -25,15 +23,9 @@ function(vandrelle_folder folder)
     list(APPEND links vandrelle_${below})
   endforeach()
 
-  if(sources)
-    add_library(${target} STATIC ${sources})
-    set(scope PUBLIC)
-  else()
-    add_library(${target} INTERFACE)
-    set(scope INTERFACE)
-  endif()
-  target_include_directories(${target} ${scope} ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR})
-  target_link_libraries(${target} ${scope} ${links})
+  add_library(${target} STATIC ${sources})
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${target} PUBLIC ${links})
 
   if(NOT has_program EQUAL -1)
     add_executable(vandrelleIndex ${program_source})

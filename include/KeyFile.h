@@ -19,6 +19,21 @@ EXCEPTION_FAMILY(KdInit);
 EXCEPTION_FAMILY(KdStream);
 EXCEPTION_FAMILY(KdWordTooBig);
 
+// The kinds of key files, codes at the beginning of <root>.ptr: how letters are coded,
+// what data an entry has, and the form of the files.
+enum KdKind : int32 {
+  kKdPackedVarying = 7,    // 5 bits    varying                  plain
+  kKdPackedConstant = 8,   // 5 bits    constant                 plain
+  kKdConstant = 9,         // a byte    constant                 plain
+  kKdVarying = 10,         // a byte    varying                  plain
+  kKdInline = 11,          // a byte    4 bytes or none, inline  plain
+  kKdStop = 12,            // a word    a word                   stop style
+  kKdStopToo = 13,         // a word    a word                   stop style
+  kKdMappedPointers = 14,  // a byte    constant                 mapped pointer file
+  kKdMappedStop = 15,      // a word    a word                   stop style, mapped pointer file
+  kKdMapped = 16,          // a byte    constant                 mapped pointer and key file
+};
+
 class SysToolsMapObject;
 class KdStream;
 

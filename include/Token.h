@@ -13,6 +13,13 @@
 
 namespace vandrelle {
 
+// Where the compiled tables are when none is named; those of stop words without .key
+// and .ptr.
+constexpr char kTkTableFolder[] = "/Vandrelle/table";
+constexpr char kTkDefaultStemTable[] = "/Vandrelle/table/stem.tbl";
+constexpr char kTkDefaultStopTable[] = "/Vandrelle/table/stop";
+constexpr char kTkOldStopTable[] = "/Vandrelle/table/stop.old";
+
 class TkManager {
  public:
   static TkLexer* SimpleTextLexer();
@@ -29,7 +36,7 @@ class TkManager {
   // which null names default to). Throws what these throw.
   static TkStemmerImpl* Stemmer(const char* stem, const char* stop);
   static TkStemmerImpl* NewStemmer(const char* stem, const char* stop);
-  // The same, but here null means the stop table /Vandrelle/table/stop.old.
+  // The same, but here null means the stop table kTkOldStopTable.
   static TkStemmerImpl* BasicStemmer(const char* stem, const char* stop);
   static TkStemmerImpl* FastStemmer(const char* stem, const char* stop);
   // Suffix rules and contractions, but no stop words: single letters and numbers

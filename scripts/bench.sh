@@ -53,7 +53,7 @@ echo "${program##*/} -R out/bench/index ${options[*]}"
 printf '%4s %10s %10s %12s\n' run seconds MB/s 'peak MB'
 best=
 for ((run = 1; run <= runs; ++run)); do
-  rm -f "$out"/index.*
+  rm -rf "$out"/index.*  # a storage that outgrew one file is a folder
   # %e has hundredths only; the clock of the shell is finer.
   start=$EPOCHREALTIME
   /usr/bin/time -f '%M' -o "$out/time" "$program" -R "$out/index" "${options[@]}" "${folders[@]}" >"$out/said"

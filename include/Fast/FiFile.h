@@ -2,7 +2,9 @@
 // and a segment of a writable file is written back when its last reference goes.
 // A file can be mapped instead for reading; then segments point into the map.
 //
-// Failures throw _Exception_Fatal.
+// Failures throw _Exception_Fatal. The release of a segment is among what may throw,
+// so that one that is being written dies in no library container: assign an empty
+// one to it first.
 #pragma once
 
 #include <memory>
@@ -57,7 +59,7 @@ class FiFile {
 
   // Opens for reading, or for both, creating the file.
   void bindRaw(const char* name, int writeable);
-  // Maps for reading.
+  // Maps for reading. Throws _Exception_SysTools, for an empty file too.
   void bindMap(const char* name);
 
   int size() const { return size_; }  // bytes

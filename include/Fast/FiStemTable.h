@@ -52,7 +52,8 @@ class FiStemTable {
   // isn't written.
   void insert(const WmWord& word, const WmWord& unstemmed, int startblock);
 
-  // Writes what insert() has gathered, as does the destructor.
+  // Writes what insert() has gathered, as does the destructor. Throws
+  // _Exception_Fatal.
   void flush();
 
   // Appends the words of a stem to `result`, in order of insertion. A damaged

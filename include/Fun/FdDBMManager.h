@@ -1,6 +1,5 @@
 // Opens and creates disk tables.
 //
-// Modes: 0 opens, and creates what is missing; 1 creates anew; 2 opens read-only.
 // Files are made with permissions 0644. The caller owns the tables. Failures throw
 // _Exception_DBM.
 #pragma once
@@ -11,6 +10,12 @@ class FdBag;
 
 class FdDBMManager {
  public:
+  enum Mode : int {
+    kOpenOrCreate = 0,
+    kCreateAnew = 1,
+    kOpenReadOnly = 2,
+  };
+
   // Sorted by key, bytewise. Sizes in bytes; 0 takes the library's choice.
   static FdBag* Btree(const char* name, int mode);
   static FdBag* Btree(const char* name, int mode, int cachsize, int psize, int minkeypage);

@@ -180,7 +180,6 @@ class FdRBPairTreeMin : public FdRBTree<FdRBPair<K, D>> {
     FdRBPair<K, D>* pair = Base::find({key, D{}});
     return pair != nullptr ? &pair->data : nullptr;
   }
-  bool removeKey(const K& key) { return Base::remove({key, D{}}); }
 };
 
 template <typename T, typename Config>

@@ -6,8 +6,7 @@
 //   file                    content
 //   <root>.dat              rows, see IkDataFile.h
 //   <root>.key, .ptr        the word table, see KdMmapCreator.h; its data are the
-//                           row's position in .dat in 5 bytes: the low word
-//                           big-endian, then the lowest byte of the high word
+//                           row's position in .dat, see IkLocalWordTable.h
 //   <root>.idf              one byte a word, see IkIdfCreator.h
 //   <root>.prx, .prx.map    positions, only with recordProximity
 //   <root>.sum              totalNumChunks big-endian floats: the Euclidean length
@@ -75,7 +74,6 @@ class IkCreatorImpl {
   void recordProximity(int record) { recordProximity_ = record; }
   int hashbits() const { return hashbits_; }
   void hashbits(int bits) { hashbits_ = bits; }
-  int totalWordCount() const { return totalWordCount_; }
 
  protected:
   // A file of big-endian floats. Throws _Exception_IkIO.

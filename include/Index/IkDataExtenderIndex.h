@@ -75,7 +75,7 @@ class IkDataExtenderIndex : public IkDataExtender {
   void requireOpen() const;
   // `row` is the merger's.
   void mergeRows(IkMerger* merger, const std::vector<int>& row, int bufferSize);
-  int removeTempfiles(int first);
+  void removeTempfiles();
   void writeDigests();
   [[noreturn]] void damaged() const;
 

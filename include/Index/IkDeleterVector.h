@@ -44,7 +44,7 @@ class IkDeleterVector : public IkDeleter {
   void grow(int totalNumDocs);
 
  private:
-  explicit IkDeleterVector(const char* rootname) : name_(rootname, 20) {}
+  explicit IkDeleterVector(const char* rootname) : name_(rootname) {}
   void map(const char* suffix, int mode);
   // Brings the shadow to the size for `totalNumDocs`, with the counts in it.
   void resizeShadow(int totalNumDocs);

@@ -45,6 +45,8 @@ class IkIndexer : public IkCreatorImpl {
   // indexer whose work was cut short.
   void discard();
 
+  // Temporary file `number` of the index `root`.
+  static std::string tempfileName(const std::string& root, int number);
   // Adds a temporary file by name to the list for makeIndexExplicitTempfiles().
   // One that can't be opened is passed over. With recordProximity its name must
   // do for IkProxfileName().
@@ -95,7 +97,6 @@ class IkIndexer : public IkCreatorImpl {
   void flushToFile();
   void resetTables();
   void writeProximity(const IkIndexerTableEntry& entry, class IkProxCreator* prox);
-  std::string tempfileName(const char* base, int number) const;
   void compile(const std::vector<std::string>& tempfiles);
 
   IkTermTable wordTable_;

@@ -21,12 +21,16 @@ class IkLocalWordTable : public IkWordTable {
   int wordNum(const WmWord* word) override;
   const WmWord* word(int num) override;
 
-  int wordsInKeyfile() const { return wordsInKeyfile_; }
   IkDataExtender* extender() const { return extender_; }
 
-  // The position in the data of a word. Throws _Exception_Ik for a `size` that
-  // is neither 4 nor 5.
+  // A word's data: the position of its row. Throws _Exception_Ik for a `size` that
+  // is neither 4 nor 5. storePos() writes kDataSize bytes.
+  static constexpr int32 kDataSize = 5;
   static StStoragePos pos(const void* data, int32 size);
+  static void storePos(unsigned char* data, const StStoragePos& position);
+
+  // Most bytes of a chunk of the key file.
+  static constexpr int32 kChunkSize = 512;
 
   // Copies the data of a word, at most kMaxDataSize bytes, and answers their
   // number, -1 for a word that isn't there. Throws _Exception_Ik for a key file

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
 
 #include "Index/IkDataFileBinder.h"
 #include "Index/IkIndexInfo.h"
@@ -23,6 +24,10 @@ class IkMergeIndex : public IkMergeObject {
   // Throws _Exception_Ik when that can't be opened, and what the readers throw.
   IkMergeIndex(const char* rootname, const char* newWordNumbersFile, int recordProximity);
   ~IkMergeIndex() override;
+
+  // Where the merge into the index `root` notes the new word numbers of source
+  // `source`.
+  static std::string newWordNumbersFile(const std::string& root, int source);
 
   void reset() override;
   const WmWord* word() override;

@@ -2,10 +2,7 @@
 // chunk of its row the positions of the word in the chunk. No header and no
 // separators: a sequence of numbers, in the order of the rows, as many for a
 // chunk as its frequency says. The first is a position, each that follows the
-// gap to the one before.
-//
-// A number takes 7 bits a byte, lowest group first, the top bit set on every
-// byte but the last.
+// gap to the one before. How a number is coded: Tool/SevenBit.h.
 #pragma once
 
 #include <memory>
@@ -13,7 +10,7 @@
 #include "Storage/StAppendBuffer.h"
 #include "Storage/StStorage.h"
 #include "Storage/StStoragePos.h"
-#include "Tool/ByteOrder.h"
+#include "Tool/SevenBit.h"
 
 namespace vandrelle {
 
@@ -34,11 +31,7 @@ class IkProxCreator {
   }
   // A number as it stands, to copy gaps from another file.
   void writenum(uint32 num) {
-    while (num >= 0x80) {
-      buffer_->put(static_cast<unsigned char>(num | 0x80));
-      num >>= 7;
-    }
-    buffer_->put(static_cast<unsigned char>(num));
+    putSevenBit(num, [this](unsigned char group) { buffer_->put(group); });
   }
 
   // Where in the file the next number will stand.

@@ -53,6 +53,8 @@ class KdChunkAccessor : public KdFileAccessor {
  private:
   void Read_Chunk_Into_Buf(int32 chunk_num);
   bool Find_Word_In_Chunk(const WmWord* search_word, int32* chunk_wd_num, KdChunkEntry* entry);
+  // The word of entry `word_num` of the current chunk.
+  void Find_By_Num(int32 word_num, WmWord* found_word);
   void Get_Data(const KdChunkEntry& entry, int32* data_size, void* data) const;
 
   FILE_DES keyfile_fd_;

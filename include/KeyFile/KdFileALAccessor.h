@@ -13,6 +13,11 @@ class KdFileALAccessor : public KdChunkAccessor {
  public:
   ~KdFileALAccessor() override;
 
+  // Takes the records of a plain pointer file, from byte 20 on, apart into the form
+  // that mapped files have (see KdPointerTable.h). False if they are not whole.
+  static bool Read_Pointers(const unsigned char* from, std::size_t bytes, int32 num_chunks,
+                            std::vector<unsigned char>* records, std::vector<unsigned char>* words);
+
  protected:
   // Reads `*ptr_file` from its beginning. Owns the descriptor from now on, unless it
   // throws: _Exception_KdAccess, as all its operations do.
@@ -50,11 +55,6 @@ class KdInlineAcc final : public KdFileALAccessor {
       : KdFileALAccessor(ptr_file, keyfile_fd, KdDataPlace::kInline) {}
   KdStream* iterator() override;
 };
-
-// Takes the records of a plain pointer file, from byte 20 on, apart into the form
-// that mapped files have (see KdPointerTable.h). False if they are not whole.
-bool KdReadPointers(const unsigned char* from, std::size_t bytes, int32 num_chunks,
-                    std::vector<unsigned char>* records, std::vector<unsigned char>* words);
 
 // Everything from the beginning of the stream; empty if it can't be read or is
 // longer than any pointer file.

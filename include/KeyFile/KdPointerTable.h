@@ -11,6 +11,7 @@ namespace vandrelle {
 // The 20 bytes at the beginning of every pointer file.
 struct KdHeader {
   static constexpr int32 kBytes = 20;
+  static constexpr int32 kCounters = 12;  // offset of the last two, 0 in an unfinished table
   int32 type = 0;
   int32 chunk_size = 0;
   int32 data_size = 0;
@@ -18,6 +19,7 @@ struct KdHeader {
   int32 num_chunks = 0;
 
   static KdHeader load(const unsigned char* from);
+  void store(unsigned char* to) const;
 };
 
 class KdPointerTable {

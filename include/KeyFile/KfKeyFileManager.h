@@ -1,19 +1,7 @@
-// Makes the writers and readers of key files: by the caller's type code when a
-// file is written, by the code at the beginning of <root>.ptr when it is read.
-//
-//   code   letters   data                     file
-//   7      5 bits    varying                  plain
-//   8      5 bits    constant                 plain
-//   9      a byte    constant                 plain
-//   10     a byte    varying                  plain
-//   11     a byte    4 bytes or none, inline  plain
-//   12 13  a word    a word                   stop style
-//   14     a byte    constant                 mapped pointer file
-//   15     a word    a word                   stop style, mapped pointer file
-//   16     a byte    constant                 mapped pointer file and key file
-//
-// Codes 14 and 16 are the same bytes; which way of reading counts, the binder of
-// a file may choose.
+// Makes the writers and readers of key files: by the caller's KdKind when a file
+// is written, by the code at the beginning of <root>.ptr when it is read.
+// Kinds 14 and 16 are the same bytes; which way of reading counts, the binder of a
+// file may choose.
 #pragma once
 
 #include "KeyFile.h"
@@ -30,14 +18,13 @@ class KfKeyFileManager {
   static KdFileCreator* KdCreate(const char* file_name, int32 chunk_size, int32 this_file_type,
                                  int32 data_size);
 
-  // A reader, owned by the caller. `accessType` counts for codes 14 and 16 only:
-  // one of them, or 0 for the code in the file. Throws _Exception_KdAccess, and
+  // A reader, owned by the caller. `accessType` counts for kinds 14 and 16 only:
+  // one of them, or 0 for the kind in the file. Throws _Exception_KdAccess, and
   // what the reader throws.
-  static KdFileAccessor* KdBind(const char* filename, int accessType);
-  static KdFileAccessor* KdBind(const char* filename) { return KdBind(filename, 0); }
+  static KdFileAccessor* KdBind(const char* filename, int accessType = 0);
 
-  // Maintenance: gives the pointer file of a file of code 9 the form of code 14.
-  // The code isn't tested. The old one stays as <root>.ptr.old. Throws
+  // Maintenance: gives the pointer file of a file of kind 9 the form of kind 14.
+  // The kind isn't tested. The old one stays as <root>.ptr.old. Throws
   // _Exception_KdAccess.
   static void ConvertPtrFileToMmap(const char* rootname);
 };

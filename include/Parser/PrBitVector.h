@@ -26,10 +26,6 @@ class PrBitVector final : public PrParserNode {
 
   int size() const { return size_; }
   using PrParserNode::score;
-  void setScore(float score) {
-    score_ = score;
-    lastAnswer_.forget();
-  }
 
  private:
   int search(int* doc, float* score) const;

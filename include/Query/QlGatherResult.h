@@ -94,11 +94,9 @@ class QlGatherResultArrayAuto : public QlGatherResultArray {
   using QlGatherResultArray::summaryVector;
 
   QlGatherVector* summaryVector(int group) override;
-  // Entries of the vectors made from here on.
-  void vectorSize(int entries) { vectorSize_ = entries; }
 
  private:
-  int vectorSize_ = 64;
+  int vectorSize_ = 64;  // entries of a vector
 };
 
 }  // namespace vandrelle

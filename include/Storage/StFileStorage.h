@@ -80,6 +80,10 @@ class StFileStorage : public StStorage {
   std::string FilePath(std::uint64_t i) const;
   StStorageLen ExtendFor(const StStorageBuffer* buffer, std::uint64_t endPos);
   bool CanMap(std::uint64_t start, std::uint64_t endPos) const;
+  // Calls move(fd, position in that file, offset in the bytes, bytes) for what lies in
+  // each file of `length` bytes from `start` on, the last file first.
+  template <typename Move>
+  void EachPiece(std::uint64_t start, StStorageLen length, Move move) const;
   void Read(byte* data, std::uint64_t start, StStorageLen length);
   void Write(const StStorageBuffer* buffer);
   void ReadData(int fd, std::uint32_t pos, byte* data, StStorageLen length);

@@ -76,7 +76,7 @@ struct FastStemElem {
 
 class TkStemTable {
  public:
-  // Reads a compiled table; null means /Vandrelle/table/stem.tbl. Throws
+  // Reads a compiled table; null means kTkDefaultStemTable. Throws
   // _Exception_TkStemmer if it cannot be opened, is cut short or holds what
   // createTable() does not write.
   explicit TkStemTable(const char* ruletable);

@@ -22,8 +22,8 @@ struct TkSourceFault;
 class TkStopTable final : public TkStopLookup {
  public:
   // Loads a compiled table, given by its root name; null means
-  // /Vandrelle/table/stop. Throws what the key file throws, and _Exception_IO for a
-  // key file of another kind.
+  // kTkDefaultStopTable. Throws what the key file throws, and _Exception_IO for a key
+  // file of another kind.
   explicit TkStopTable(const char* tableName);
   TkStopTable(const TkStopTable&) = delete;
   TkStopTable& operator=(const TkStopTable&) = delete;

@@ -49,6 +49,11 @@ inline std::uint64_t loadU64(const void* from) {
 inline std::int16_t loadS16(const void* from) { return static_cast<std::int16_t>(loadU16(from)); }
 inline std::int32_t loadS32(const void* from) { return static_cast<std::int32_t>(loadU32(from)); }
 inline float loadFloat(const void* from) { return std::bit_cast<float>(loadU32(from)); }
+// `count` of them.
+inline void loadFloats(const void* from, std::size_t count, float* to) {
+  const auto* bytes = static_cast<const unsigned char*>(from);
+  for (std::size_t i = 0; i < count; ++i) to[i] = loadFloat(bytes + 4 * i);
+}
 
 inline void storeU16(void* to, std::uint16_t value) {
   byte_order::store<std::uint16_t, std::endian::big>(to, value);

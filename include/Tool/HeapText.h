@@ -26,7 +26,8 @@ inline char* copyText(std::string_view text) {
 
 template <typename T>
 using HeapAptr = std::unique_ptr<T[]>;
-// The same for arrays that are no text.
+// The same type for arrays that are no text, so that a reader sees which hold a text
+// that ends in NUL and which go with a length.
 template <typename T>
 using HeapArray = std::unique_ptr<T[]>;
 

@@ -6,10 +6,12 @@ namespace vandrelle {
 
 class NameManager {
  public:
+  static constexpr int kMaxSuffix = 20;  // enough for every file of an index
+
   // `maxSuffix`: the most characters that a suffix may have. Without a prefix the
   // root is empty until base() is called.
-  explicit NameManager(int maxSuffix);
-  NameManager(const char* prefix, int maxSuffix);
+  explicit NameManager(int maxSuffix = kMaxSuffix);
+  explicit NameManager(const char* prefix, int maxSuffix = kMaxSuffix);
   ~NameManager();
   NameManager(const NameManager&) = delete;
   NameManager& operator=(const NameManager&) = delete;

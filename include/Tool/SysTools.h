@@ -1,6 +1,8 @@
 // Thin wrappers around the operating system.
 #pragma once
 
+#include <cstddef>
+
 namespace vandrelle {
 
 class SysTools {
@@ -20,15 +22,23 @@ class SysTools {
 
   static bool fileExists(const char* filename);
   static bool removeFile(const char* filename);
+  // Writes a whole file of `size` bytes anew; false if it is not whole.
+  static bool writeFile(const char* filename, const void* bytes, std::size_t size);
 
   // Removes the entries of `directory` whose names the regular expression matches
   // anywhere; how many. 0 for an expression that does not compile, and, with a
   // warning in the log, for a directory that cannot be read.
   static int removeFiles(const char* directory, const char* regExpr);
 
-  // Maps a whole file. Modes: 0 read only; 1 read and write, private to the process;
-  // 2 read and write, shared; 3 as 2, and the file is created if it does not exist;
-  // 4 as 3, and emptied. In modes 3 and 4 a size in `*size` that is not 0 is the
+  enum MapMode : int {
+    kMapReadOnly = 0,
+    kMapPrivate = 1,   // read and write, private to the process
+    kMapShared = 2,    // read and write
+    kMapOrCreate = 3,  // the same; makes a file that does not exist
+    kMapEmptied = 4,   // the same, emptied
+  };
+
+  // Maps a whole file. Where it may be created, a size in `*size` that is not 0 is the
   // length to map, and the file must have been given it; otherwise `*size` (if
   // `size` is not null) gets the file's size in bytes. The file stays open: its
   // descriptor goes to `*outfd`, or, with null, is never closed. Throws
@@ -46,13 +56,16 @@ class SysTools {
 class SysToolsMapObject {
  public:
   SysToolsMapObject() = default;
-  SysToolsMapObject(const char* filename, int mode, int size) { bind(filename, mode, size); }
+  explicit SysToolsMapObject(const char* filename, int mode = SysTools::kMapReadOnly,
+                             int size = 0) {
+    bind(filename, mode, size);
+  }
   ~SysToolsMapObject() { release(); }
   SysToolsMapObject(const SysToolsMapObject&) = delete;
   SysToolsMapObject& operator=(const SysToolsMapObject&) = delete;
 
-  // Lets a former mapping go. `size` is 0 but for modes 3 and 4.
-  void bind(const char* filename, int mode, int size);
+  // Lets a former mapping go. `size` is 0 but where the file may be created.
+  void bind(const char* filename, int mode = SysTools::kMapReadOnly, int size = 0);
   void release();
 
   int fd() const { return fd_; }  // -1 when empty

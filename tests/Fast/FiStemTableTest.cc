@@ -6,6 +6,7 @@
 #include <random>
 #include <vector>
 
+#include "SmallDevice.h"
 #include "Storage/StorageTestSupport.h"
 #include "Tool/ByteOrder.h"
 
@@ -111,6 +112,16 @@ TEST_F(FiStemTableTest, BytesAreThoseOfThePlainRule) {
   }
 }
 
+TEST_F(FiStemTableTest, AFullDeviceIsToldByFlush) {
+  FiStemTable table;
+  table.bind(name.c_str(), 1, 0);
+  for (const char* word : {"run", "walk", "stand"}) {
+    table.insert(*WmLocalWord(word).word(), *WmLocalWord(word).word(), -1);
+  }
+  const SmallDevice device(128);
+  EXPECT_EQ(thrownBy([&] { table.flush(); }), "Fatal: Can't write: File too large");
+}
+
 TEST_F(FiStemTableTest, DamagedFilesNeverHarm) {
   {
     FiStemTable table;
@@ -127,12 +138,19 @@ TEST_F(FiStemTableTest, DamagedFilesNeverHarm) {
   auto probe = [&](const std::string& bytes) {
     writeFile(bad, bytes);
     for (int map : {0, 1}) {
-      thrownBy([&] {
-        FiStemTable table;
+      FiStemTable table;
+      std::vector<std::string> words;
+      const std::string thrown = thrownBy([&] {
         table.bind(bad.c_str(), 0, map);
-        found(&table, "run");
-        found(&table, "walk");
+        for (const char* stem : {"run", "walk"}) {
+          const std::vector<std::string> more = found(&table, stem);
+          words.insert(words.end(), more.begin(), more.end());
+        }
       });
+      // Nothing can't be mapped.
+      const char* family = map != 0 && bytes.empty() ? "SysTools: " : "Fatal: ";
+      EXPECT_TRUE(thrown.empty() || thrown.starts_with(family)) << thrown;
+      for (const std::string& word : words) EXPECT_NE(bytes.find(word), std::string::npos) << word;
     }
   };
   for (std::size_t length = 0; length < whole.size(); length += 3) probe(whole.substr(0, length));

@@ -58,7 +58,7 @@ TEST_F(MergeTest, GivesTheIndexOfASingleRun) {
   const std::string root = at("new/merged");
   const Texts sources = {at("indexes/p0"), at("indexes/p1"), at("indexes/p2")};
   // Of a former index and of a run that was cut short nothing stays.
-  for (const char* left : {".info", ".xk", ".xidx.xw", ".prx", ".log", ".tmp.merge.dat"})
+  for (const char* left : {".info", ".xk", ".xidx.xw", ".prx", ".log", ".url", ".tmp.merge.dat"})
     writeFile(root + left, "x");
   fs::create_directories(root + ".fdat/00000000");
 

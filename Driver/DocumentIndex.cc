@@ -86,7 +86,7 @@ void addFromList(DcMetaIndexCreator* imgr, const char* path, const char* kind) {
 
 // A stage of its own: nothing is told as progress. No field of a former run is to stand in
 // the way, nor a file that this run may not write; and without its header a family of files
-// is no index, so that one which ends half-way can't be asked.
+// is no index, so that a run which ends half-way leaves nothing that could be asked.
 void beginDocumentIndex(NameManager* rootName, VandrelleLogIostream* logger) {
   removeFieldFiles(rootName);
   for (const char* suffix :

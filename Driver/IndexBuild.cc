@@ -14,6 +14,7 @@
 #include "Driver/OpenFile.h"
 #include "Driver/SidePasses.h"
 #include "Exception.h"
+#include "Index/IkFamily.h"
 #include "Index/IkIndex.h"
 #include "Token.h"
 #include "Token/TkStemmer.h"
@@ -48,6 +49,13 @@ void ignoreFileSizeSignal() { ::signal(SIGXFSZ, SIG_IGN); }
 IndexBuild::IndexBuild(const std::string& root, Timer* timer)
     : timer_(timer), root_(root), rootname_(kSuffixLength) {
   rootname_.base(root_.c_str());
+}
+
+void requireFinished(const std::string& root) {
+  if (SysTools::fileExists((root + kIkUnfinished).c_str())) {
+    THROW(Fatal, "the index " << root << " is unfinished: the run that builds it was cut short, "
+                              << "or is still at work");
+  }
 }
 
 IndexBuild::~IndexBuild() { VandrelleLog::Logger(nullptr); }
@@ -107,6 +115,8 @@ void IndexBuild::resumeProgress() {
 }
 
 void IndexBuild::compile(std::unique_ptr<DcUserTypes> types) {
+  // Its header is written long before the last stage ends.
+  std::ofstream(rootname_.suffix(kIkUnfinished));
   LOG(2, 1, "Building index...");
   std::unique_ptr<DcFieldParser> fieldParser(FIELD_PARSER());
   std::unique_ptr<DcDocumentManager> docmgr(
@@ -133,6 +143,7 @@ void IndexBuild::compile(std::unique_ptr<DcUserTypes> types) {
   docmgr.reset();
   fieldParser.reset();
   closingPasses(docs);
+  SysTools::removeFile(rootname_.suffix(kIkUnfinished));
   closingStatistics(docs, corpusSize);
 }
 
@@ -151,11 +162,8 @@ void IndexBuild::testDisk(long corpusSize) {
   }
 }
 
-// Documents without a single word make no index. The one of an earlier run must
-// not pass for it, nor for that of a run which is cut short, so what makes it
-// readable goes first.
+// Documents without a single word make no index.
 void IndexBuild::compileWords(int docs) {
-  SysTools::removeFile(rootname_.suffix(".info"));
   indexer_->create_stage12(0, 0);
   if (!SysTools::fileExists(rootname_.suffix(".info"))) {
     THROW(Fatal, "No words found in any of " << docs << " documents - no index built.");

@@ -28,6 +28,9 @@ class Timer;
 // As many open files as the system allows. False if it refuses, which is no failure.
 bool raiseDescriptorLimit();
 
+// Throws _Exception_Fatal if the last build of `root` was cut short or is still at work.
+void requireFinished(const std::string& root);
+
 // Writing past a file size limit is to fail like a full disk, not to kill.
 void ignoreFileSizeSignal();
 

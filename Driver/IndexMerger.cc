@@ -14,6 +14,7 @@
 #include "Document/DcFieldNames.h"
 #include "Document/DcFieldsCreator.h"
 #include "Document/DcMetaDocManager.h"
+#include "Driver/IndexBuild.h"
 #include "Driver/SidePasses.h"
 #include "Driver/VymTypes.h"
 #include "Exception.h"
@@ -139,6 +140,7 @@ IndexMerger::IndexMerger(const std::string& root, const std::vector<std::string>
 }
 
 void IndexMerger::checkSource(const std::string& source) {
+  requireFinished(source);
   for (const char* suffix : kNeeded) {
     if (!isThere(source + suffix)) {
       THROW(Merge, "the index '" << source << "' has no file '" << source << suffix << "'");

@@ -38,6 +38,7 @@
 #include "Driver/AnswerDisplay.h"
 #include "Driver/DriverOptions.h"
 #include "Driver/FailureReport.h"
+#include "Driver/IndexBuild.h"
 #include "Driver/VymTypes.h"
 #include "Exception.h"
 #include "Index/IkLocalIndexBinder.h"
@@ -271,6 +272,7 @@ int run(int argc, char** argv) {
   Options options;
   if (!readOptions(argc, argv, &options)) return 2;
   return runReported(report, [&] {
+    requireFinished(options.root);
     if (!SysTools::fileExists((options.root + ".info").c_str())) {
       THROW(Search, "there is no index " << options.root);
     }

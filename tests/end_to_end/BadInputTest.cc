@@ -311,6 +311,10 @@ TEST_F(CutShort, KilledRunLeavesNothingThatANewOneMinds) {
     usleep(wait);
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
+    // What can be asked is either the whole index or none.
+    const Texts query{"-R", folder_ / "out/r", "-plain", "nosuchword"};
+    EXPECT_EQ(run(folder_, "vandrelleSearch", query + kTables).status,
+              withoutLogs(filesOf(folder_ / "out/r")) == fresh ? 0 : 1);
     EXPECT_EQ(index().output, "");
     EXPECT_EQ(withoutLogs(filesOf(folder_ / "out/r")), fresh)
         << "killed after " << wait << " microseconds";

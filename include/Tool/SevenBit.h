@@ -17,14 +17,15 @@ inline void putSevenBit(uint32 number, Put&& put) {
 // the bits beyond 32 are lost.
 template <typename NextByte>
 inline bool getSevenBit(NextByte&& nextByte, uint32* number) {
-  uint32 group = nextByte();
-  *number = group & 0x7F;
-  for (int shift = 7; group >= 0x80; shift += 7) {
-    if (shift == 35) return false;
-    group = nextByte();
+  *number = nextByte();
+  if (*number < 0x80) return true;
+  *number &= 0x7F;
+  for (int shift = 7; shift < 35; shift += 7) {
+    const uint32 group = nextByte();
     *number |= (group & 0x7F) << shift;
+    if (group < 0x80) return true;
   }
-  return true;
+  return false;
 }
 
 }  // namespace vandrelle

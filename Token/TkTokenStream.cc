@@ -30,7 +30,7 @@ int TkTokenStream::next() {
   info_.offset = static_cast<std::uint32_t>(currentWordOffset_);
   nextToken()->makeInvalid();
   nextImpl();
-  return more();
+  return TkTokenStream::more();
 }
 
 void TkTokenStream::nextImpl() {
